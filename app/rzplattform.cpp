@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "app/rzplattform.h"
+
+#include <QApplication>
+#include <QDebug>
+#include <QDesktopWidget>
+#include <QScreen>
+#include <cmath>
+
+namespace
+{
+constexpr double mm_per_inch = 25.4;
+constexpr int phone_width_max = 750;        // device pixels
+constexpr double tablet_diagonal_min = 7.0; // inches
+constexpr int start_width = 726;
+constexpr int start_height = 660;
+
+bool is_mobile(const QString &os_word)
+{
+    return os_word == "android" || os_word == "ios";
+}
+} // namespace
+
+QString rzplattform::os_name()
+{
+    return QStringLiteral(VIRELO_OS_WORD);
+}
+
+int classify_device(const QString &os_word, int desktop_width, double diagonal)
+{
+    if (os_word == "macos" || os_word == "windows")
+        return DEVICE_DESKTOP;
+    if (!is_mobile(os_word))
+        return 0;
+    // The width comes first: a phone of high density in landscape is told by its diagonal alone.
+    if (desktop_width <= phone_width_max || diagonal < tablet_diagonal_min)
+        return DEVICE_PHONE;
+    return DEVICE_TABLET;
+}
+
+rzplattform::rzplattform()
+{
+    qDebug() << "rzplattform::rzplattform()";
+    measure_screen();
+    class_device();
+
+    window_width = start_width;
+    window_height = start_height;
+
+    qDebug() << "Desktop: " << desktop_width << " px x " << desktop_height << "px";
+    qDebug() << "Available: " << available_width << " px x" << available_height << "px";
+    qDebug() << "Window: " << window_width << " px x" << window_height << "px";
+}
+
+void rzplattform::measure_screen()
+{
+    const QScreen *screen = QGuiApplication::screens().first();
+    ratio = screen->devicePixelRatio();
+    qDebug() << "RATIO: " << ratio;
+
+    physical_width = screen->physicalSize().width();
+    physical_height = screen->physicalSize().height();
+    dpi = screen->physicalDotsPerInch();
+    diagonal = std::sqrt(physical_width * physical_width + physical_height * physical_height) / mm_per_inch;
+    qDebug() << "Physical: " << physical_width << "mm x " << physical_height << "mm  @" << dpi << " DPI => "
+             << diagonal << "\" diagonal (ESTIMATED)";
+
+    const QRect whole = QGuiApplication::primaryScreen()->geometry();
+    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+    desktop_width = static_cast<int>(whole.width() * ratio);
+    desktop_height = static_cast<int>(whole.height() * ratio);
+    available_width = static_cast<int>(available.width() * ratio);
+    available_height = static_cast<int>(available.height() * ratio);
+}
+
+void rzplattform::class_device()
+{
+    const QString word = os_name();
+    qDebug() << "OS: " << word;
+    device_class = classify_device(word, desktop_width, diagonal);
+
+    if (word == "macos")
+        qDebug() << "Device is MacOS Desktop";
+    else if (word == "windows")
+        qDebug() << "Device is Windows Desktop";
+    else if (device_class == DEVICE_PHONE && desktop_width <= phone_width_max)
+        qDebug() << "Device is Phone (wx " << desktop_width << " <= 750)";
+    else if (device_class == DEVICE_PHONE)
+        qDebug() << "Device is Phone (diagonal " << diagonal << " < 7.0inch)";
+    else if (device_class == DEVICE_TABLET)
+        qDebug() << "Device is Tablet";
+}

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+// Values of rzplattform::device_class. An unset class (0) gives the desktop layout.
+constexpr int DEVICE_PHONE = 1;
+constexpr int DEVICE_TABLET = 2;
+constexpr int DEVICE_DESKTOP = 3;
+
+// Measures the first screen once, and classes the device as phone, tablet or desktop. Made on the GUI thread
+// after the application object, so that screens exist; layout code reads the fields directly, and nothing
+// changes them later.
+class rzplattform
+{
+public:
+    rzplattform();
+
+    // The lower-case word of the system that this program was built for: "linux", "windows", "macos",
+    // "android", "ios".
+    static QString os_name();
+
+    double physical_width = 0;  // mm
+    double physical_height = 0; // mm
+    double dpi = 0;             // physical dots per inch
+    double diagonal = 0;        // inches, estimated from the physical size; 0 where the screen reports none
+    double ratio = 0;           // device pixels per logical pixel
+    int desktop_width = 0;      // device pixels, whole screen
+    int desktop_height = 0;
+    int available_width = 0; // device pixels, without panels and docks
+    int available_height = 0;
+    int window_width = 0; // pixels, start size of the main window on every class
+    int window_height = 0;
+    int device_class = 0; // 0 unset, or one of the constants above
+
+private:
+    void measure_screen();
+    void class_device();
+};
+
+// The class of a device on a system with that word, from its width in device pixels and its diagonal in
+// inches. Tested apart from any real screen.
+int classify_device(const QString &os_word, int desktop_width, double diagonal);

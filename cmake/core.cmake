@@ -1,0 +1,25 @@
+# SPDX-License-Identifier: MIT
+# The core is an OBJECT library, so that the compiled resources register themselves in every program that links it.
+# It is built once for the system's own OS word, and once more for "ios" where the tests ask for it; therefore each
+# folder only names its sources, and virelo_add_core makes a library of all of them.
+
+# virelo_core_sources(FILE...): sources of the calling folder that belong to the core.
+function(virelo_core_sources)
+    foreach(file IN LISTS ARGN)
+        cmake_path(ABSOLUTE_PATH file)
+        set_property(GLOBAL APPEND PROPERTY VIRELO_CORE_SOURCES "${file}")
+    endforeach()
+endfunction()
+
+# virelo_add_core(TARGET OS_WORD): the library of all core sources, as built for a system with that word.
+# Who links it also links one of virelo_dns_sd and virelo_fake_dns_sd.
+function(virelo_add_core target os_word)
+    get_property(sources GLOBAL PROPERTY VIRELO_CORE_SOURCES)
+    add_library(${target} OBJECT ${sources})
+    target_link_libraries(${target} PUBLIC virelo_flags virelo_dns_sd_headers Qt5::Core Qt5::Gui Qt5::Network
+                          Qt5::Widgets)
+    target_compile_definitions(${target} PRIVATE
+                               VIRELO_OS_WORD="${os_word}"
+                               VIRELO_MAKER_DOMAIN="${VIRELO_MAKER_DOMAIN}"
+                               VIRELO_DOWNLOAD_SERVER="${VIRELO_DOWNLOAD_SERVER}")
+endfunction()

@@ -4,5 +4,6 @@
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
+    (void)application;
     return 0;
 }

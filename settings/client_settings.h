@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+class Client;
+class Virelos;
+
+// Base of every tab that shows one speaker or one group: it remembers the control object. A tab never speaks
+// to the speaker: it stores wanted values in the control object, whose worker sends what changed, and it
+// shows those wanted values as they stood at construction or refresh. Signals are connected last in a
+// constructor, so that setting the initial values sends nothing.
+//
+// GUI thread only. A tab gets its parent when the main window adds it, and lives until the program ends.
+class Client_Settings : public QWidget
+{
+    Q_OBJECT
+
+public:
+    Client_Settings(Client *client,
+                    Virelos *control); // `control` may be null; `client` is not kept, which is meant
+
+    Virelos *control;
+};

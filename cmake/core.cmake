@@ -18,6 +18,8 @@ function(virelo_add_core target os_word)
     add_library(${target} OBJECT ${sources})
     target_link_libraries(${target} PUBLIC virelo_flags virelo_dns_sd_headers Qt5::Core Qt5::Gui Qt5::Network
                           Qt5::Widgets)
+    # An OBJECT library hands on its own objects only, so the resource tree is named as a source of who links the core.
+    target_sources(${target} INTERFACE $<TARGET_OBJECTS:virelo_resources>)
     target_compile_definitions(${target} PRIVATE
                                VIRELO_OS_WORD="${os_word}"
                                VIRELO_MAKER_DOMAIN="${VIRELO_MAKER_DOMAIN}"

@@ -20,5 +20,5 @@ public:
     Client_Settings(Client *client,
                     Virelos *control); // `control` may be null; `client` is not kept, which is meant
 
-    Virelos *control;
+    Virelos *control; // what the tab was opened for; null for a tab built before any speaker is known
 };

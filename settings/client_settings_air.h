@@ -24,6 +24,7 @@ class Client_Settings_Air : public Client_Settings
     Q_OBJECT
 
 public:
+    // `air` and `device` may both be null: the controls then show their defaults and a volume of 0.
     Client_Settings_Air(Client *client, Virelo_Air *air, Device_Desc *device);
 
     // Shows another speaker. Signals stay connected: the slots store back what was read, which sends nothing,
@@ -62,4 +63,13 @@ private slots:
     void bassClicked(int p);
     void positionClicked(int p);
     void roomClicked(int p);
+
+private:
+    void add_speaker_labels();
+    void build_volume();
+    void build_combos();
+    void build_buttons();
+    void connect_controls();
+    void show_states(); // combos, mute and lock as the speaker's wanted values stand
+    void show_volume(int volume, const QString &before, const QString &after);
 };

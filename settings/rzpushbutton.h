@@ -12,6 +12,8 @@ class RZPushButton : public QPushButton
 public:
     RZPushButton(const QString &text, QWidget *parent);
 
+    using QPushButton::inputMethodQuery; // the slot below would hide it
+
     bool held = false; // a hold was reported; never cleared
 
 signals:
@@ -19,6 +21,6 @@ signals:
 
 public slots:
     // Reached by name through QInputMethod::queryFocusObject, hence the two arguments and the place among the
-    // slots.
+    // slots. Also sets the global input_query_seen. Always true.
     virtual QVariant inputMethodQuery(Qt::InputMethodQuery query, QVariant var);
 };

@@ -3,8 +3,12 @@
 
 #include <QSlider>
 
+class QPainter;
+class QStyleOptionSlider;
+
 // A slider that paints its own tick marks in a fixed colour, under the style's groove and handle. Ticks on
-// both sides, every 10, from the start. GUI thread only.
+// both sides, every 10, from the start; a tick interval of 0 takes the page step. A slider whose range or
+// interval is empty has no marks. GUI thread only.
 class RZSlider : public QSlider
 {
     Q_OBJECT
@@ -18,4 +22,9 @@ public:
 
 protected:
     void paintEvent(QPaintEvent *event) override;
+
+private:
+    void set_default_ticks();
+    void paint_ticks(QPainter &painter, const QStyleOptionSlider &option) const;
+    void paint_tick(QPainter &painter, int pos) const;
 };

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+
+class QComboBox;
+class QDial;
+class QGridLayout;
+class QLabel;
+class QPushButton;
+class QTimer;
+class QWidget;
+class RZSlider;
+class Virelos;
+
+// What the settings tabs build alike. The widgets are new and have no parent: the layout gives them one. GUI
+// thread only.
+
+void add_caption(QGridLayout *grid, int row, const QString &text); // right-aligned in column 0
+void add_spacer(QGridLayout *grid, int row, const QString &text);  // a label alone in its row
+
+RZSlider *make_slider(int minimum, int maximum, int tick_interval); // horizontal, steps of 1 and 10
+QDial *make_volume_dial();                                          // endless, see dial_step
+QComboBox *make_combo(const QStringList &entries);
+QPushButton *make_checkable(const QString &text);
+
+// What a Mute button does. On: mutes `target`, and where `mt` is not 0 sets `timer` to a new one-shot timer,
+// a child of `tab`, that calls the tab's slot muteTimer() after `mt` seconds; the timer before it stays as it
+// is until the tab goes. Off: stops `timer` if there is one, and ends the mute. `mt` is whatever a speaker
+// reported: too long a time is cut to the longest that a timer takes (24 days), and with a negative one the
+// timer is made and never fires.
+void toggle_timed_mute(bool state, Virelos *target, int mt, QTimer *&timer, QWidget *tab);

@@ -131,7 +131,7 @@ void Client_Overview::place_widgets()
     const int button_column = is_phone() ? 1 : 3;
 
     grid = new QGridLayout;
-    grid->addWidget(make_banner("Deko_Palette", this), 0, 0, 1, span);
+    grid->addWidget(make_banner("Deko_Palette"), 0, 0, 1, span);
     grid->addWidget(tree, 1, 0, 1, span);
     if (!is_phone())
         grid->addWidget(hint_label, 3, 0, 1, span);

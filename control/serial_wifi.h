@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QAbstractSocket>
+#include <QByteArray>
 #include <QObject>
 #include <QString>
 
@@ -82,4 +83,6 @@ public slots:
 
 private:
     void reopen_if_lost();
+    int send_whole(QByteArray frame);
+    bool collect_reply(QByteArray &reply, int &result);
 };

@@ -52,4 +52,9 @@ public slots:
 
 public:
     void transmit_function() override;
+
+private:
+    // Both end with wake() if they stored anything: NUL and numbers outside the bounds have no effect.
+    void store_letter(char Virelo_Air::*field, char letter);
+    void store_number(int Virelo_Air::*field, int number, int min, int max);
 };

@@ -53,4 +53,9 @@ public slots:
 
 public:
     void transmit_function() override;
+
+private:
+    void derive_high_pass();
+    void store(int Virelo_Sub::*field, int number);
+    void send_profile_request(const char *letters, int &request);
 };

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
+#include <QList>
 #include <QMutex>
 #include <QString>
 #include <QThread>
@@ -38,14 +40,14 @@ public:
     int lock_sent = 0;
     int mt = 0; // seconds of a timed mute; read from the speaker, never changed here
     int mt_sent = 0;
-    int beep = 0; // request flag and argument of one "BI"; cleared when sent
-    int ping = 0; // request flag of one "PI"; cleared when sent
-    bool quit = false;
+    int beep = 0;      // request flag and argument of one "BI"; cleared when sent
+    int ping = 0;      // request flag of one "PI"; cleared when sent
+    bool quit = false; // by wake_mutex only, as the next one and pending
     QString host;
     serial_wifi *link = nullptr; // made and deleted by run; by flash_open once run has ended
     int type;
     QString name;
-    int pending = 0; // wakes not yet served; by wake_mutex only
+    int pending = 0; // wakes not yet served
     QMutex wake_mutex;
     QWaitCondition wake_condition;
 
@@ -60,13 +62,35 @@ public slots:
     void lockOn();
     void lockOff();
     void lockToggled(bool checked);
-    void standby(); // this one, powerOn and flash send in the caller's thread, on the worker's link
+    // This one, powerOn and flash go ahead of the queued changes and return when the command has been sent,
+    // or when the worker was busy for 5 s: then it is sent behind what keeps the worker. Nothing without a
+    // link.
+    void standby();
     void powerOn();
     void Beep();
     void flash();
     void Ping();
 
 public:
-    virtual void
-    transmit_function(); // worker: sends the shared values that changed; derived versions call it last
+    // Worker: sends the shared values that changed; derived versions call it last.
+    virtual void transmit_function();
+
+protected:
+    static int clamped_volume(qint64 vol); // 0 to 100
+
+    void send(const char *letters, const char *args); // worker: one command, behind those of send_directly
+    void wake_served();                               // worker: one wake less
+    void all_wakes_served();
+
+private:
+    void open_link();
+    void read_shared_values();
+    bool wait_for_wake();
+    bool wake_pending();
+    void close_link();
+    void send_directly(const char *letters);
+    void send_direct_commands();
+
+    QList<QByteArray> direct_commands;     // letters that wait for the worker; by wake_mutex only
+    QWaitCondition direct_commands_served; // a round of them has been sent
 };

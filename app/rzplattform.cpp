@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/rzplattform.h"
 
-#include <QApplication>
 #include <QDebug>
-#include <QDesktopWidget>
+#include <QGuiApplication>
 #include <QScreen>
 #include <cmath>
 
@@ -28,13 +27,27 @@ QString rzplattform::os_name()
 
 int classify_device(const QString &os_word, int desktop_width, double diagonal)
 {
-    if (os_word == "macos" || os_word == "windows")
+    if (os_word == "macos") {
+        qDebug() << "Device is MacOS Desktop";
         return DEVICE_DESKTOP;
+    }
+    if (os_word == "windows") {
+        qDebug() << "Device is Windows Desktop";
+        return DEVICE_DESKTOP;
+    }
     if (!is_mobile(os_word))
         return 0;
+
     // The width comes first: a phone of high density in landscape is told by its diagonal alone.
-    if (desktop_width <= phone_width_max || diagonal < tablet_diagonal_min)
+    if (desktop_width <= phone_width_max) {
+        qDebug() << "Device is Phone (wx " << desktop_width << " <= 750)";
         return DEVICE_PHONE;
+    }
+    if (diagonal < tablet_diagonal_min) {
+        qDebug() << "Device is Phone (diagonal " << diagonal << " < 7.0inch)";
+        return DEVICE_PHONE;
+    }
+    qDebug() << "Device is Tablet";
     return DEVICE_TABLET;
 }
 
@@ -42,7 +55,9 @@ rzplattform::rzplattform()
 {
     qDebug() << "rzplattform::rzplattform()";
     measure_screen();
-    class_device();
+
+    qDebug() << "OS: " << os_name();
+    device_class = classify_device(os_name(), desktop_width, diagonal);
 
     window_width = start_width;
     window_height = start_height;
@@ -71,22 +86,4 @@ void rzplattform::measure_screen()
     desktop_height = static_cast<int>(whole.height() * ratio);
     available_width = static_cast<int>(available.width() * ratio);
     available_height = static_cast<int>(available.height() * ratio);
-}
-
-void rzplattform::class_device()
-{
-    const QString word = os_name();
-    qDebug() << "OS: " << word;
-    device_class = classify_device(word, desktop_width, diagonal);
-
-    if (word == "macos")
-        qDebug() << "Device is MacOS Desktop";
-    else if (word == "windows")
-        qDebug() << "Device is Windows Desktop";
-    else if (device_class == DEVICE_PHONE && desktop_width <= phone_width_max)
-        qDebug() << "Device is Phone (wx " << desktop_width << " <= 750)";
-    else if (device_class == DEVICE_PHONE)
-        qDebug() << "Device is Phone (diagonal " << diagonal << " < 7.0inch)";
-    else if (device_class == DEVICE_TABLET)
-        qDebug() << "Device is Tablet";
 }

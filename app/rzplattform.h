@@ -35,9 +35,8 @@ public:
 
 private:
     void measure_screen();
-    void class_device();
 };
 
 // The class of a device on a system with that word, from its width in device pixels and its diagonal in
-// inches. Tested apart from any real screen.
+// inches; logs which rule decided. Apart from any real screen, so that each rule can be tested.
 int classify_device(const QString &os_word, int desktop_width, double diagonal);

@@ -1,0 +1,405 @@
+# SPDX-License-Identifier: MIT
+"""Harness of the road tests: the built program, as it ships, in the lab, with real speakers' counterparts.
+
+A test derives from Road_Test and runs inside scripts/lab, which ctest sees to:
+
+    class Some_Test(Road_Test):
+        def test_something_holds(self):
+            with self.speakers("scene.json") as speakers, self.program() as program:
+                program.await_rows(6)
+                ...
+
+Whatever else it is about, a program that a `with` block leaves must have ended by Quit with exit code 0 and no word on
+standard output or standard error, and must have had as many threads and descriptors as at its last mark().
+"""
+
+import contextlib
+import json
+import os
+import pathlib
+import random
+import re
+import signal
+import socket
+import subprocess
+import tempfile
+import threading
+import time
+import unittest
+
+PATIENCE = 30  # seconds that a condition may take on a busy machine before the test gives up
+
+
+def await_condition(condition, what, patience=PATIENCE):
+    """Returns the condition's first true result. It looks again and again: nothing here waits for a time to pass."""
+    end = time.monotonic() + patience
+    while True:
+        result = condition()
+        if result:
+            return result
+        if time.monotonic() > end:
+            raise AssertionError(f"after {patience} s still not so: {what() if callable(what) else what}")
+        time.sleep(0.02)
+
+
+class Display:
+    """One X server for all tests of a process. It is reached through the lab's own network alone, so that labs side by
+    side do not meet; only its number is chosen at random, since servers compile their keymaps into files named by it."""
+
+    _running = None
+
+    @classmethod
+    def name(cls):
+        if cls._running is None:
+            cls._running = cls()
+        return cls._running.display
+
+    def __init__(self):
+        self.display = f":{random.SystemRandom().randrange(1000, 50000)}"
+        ready, done = os.pipe()
+        self.process = subprocess.Popen(
+            ["Xvfb", self.display, "-displayfd", str(done), "-nolock", "-nolisten", "unix", "-nolisten", "tcp",
+             "-screen", "0", "1280x1024x24"],
+            pass_fds=[done], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(done)
+        with os.fdopen(ready) as pipe:
+            if not pipe.readline():
+                raise AssertionError("Xvfb does not start")
+
+
+class Output:
+    """The lines that a process writes, read as they come."""
+
+    def __init__(self, stream):
+        self._lines = []
+        self._changed = threading.Condition()
+        self._ended = False
+        threading.Thread(target=self._read, args=[stream], daemon=True).start()
+
+    def _read(self, stream):
+        for line in stream:
+            with self._changed:
+                self._lines.append(line.rstrip("\n"))
+                self._changed.notify_all()
+        with self._changed:
+            self._ended = True
+            self._changed.notify_all()
+
+    def lines(self, start=0):
+        with self._changed:
+            return self._lines[start:]
+
+    def count(self):
+        with self._changed:
+            return len(self._lines)
+
+    def await_line(self, pattern, start=0, patience=PATIENCE):
+        """The first line from `start` on in which the pattern is found."""
+        end = time.monotonic() + patience
+        position = start
+        with self._changed:
+            while True:
+                for line in self._lines[position:]:
+                    if re.search(pattern, line):
+                        return line
+                position = len(self._lines)
+                if self._ended or not self._changed.wait_for(
+                        lambda: self._ended or len(self._lines) > position, end - time.monotonic()):
+                    raise AssertionError(f"no line with {pattern!r} among:\n" + "\n".join(self._lines[start:]))
+
+
+class Avahi:
+    """The lab's DNS-SD daemon."""
+
+    @staticmethod
+    def _do(word):
+        subprocess.run([os.environ["VIRELO_LAB_DIR"] + "/avahi", word], check=True, stdin=subprocess.DEVNULL)
+
+    def start(self):
+        self._do("start")
+
+    def stop(self):
+        self._do("stop")
+
+    def kill(self):
+        self._do("kill")
+
+    def pause(self):
+        self._do("pause")
+
+    def resume(self):
+        self._do("continue")
+
+
+class Probe:
+    """The other end of the probe inside the program; see tests/e2e/probe/probe_server.h."""
+
+    def __init__(self, path, process):
+        self._socket = socket.socket(socket.AF_UNIX)
+        self._socket.settimeout(PATIENCE)
+
+        def connected():
+            if process.poll() is not None:
+                raise AssertionError(f"the program ended with {process.returncode} before its window answered")
+            try:
+                self._socket.connect(str(path))
+                return True
+            except OSError:
+                return False
+
+        await_condition(connected, "the program's window answers")
+        self._file = self._socket.makefile("rw", encoding="utf-8")
+
+    def ask(self, what, **arguments):
+        try:
+            self._file.write(json.dumps({"do": what, **arguments}) + "\n")
+            self._file.flush()
+            line = self._file.readline()
+        except TimeoutError:
+            raise AssertionError(f"the window has not answered for {PATIENCE} s") from None
+        if not line:
+            raise AssertionError("the program closed the probe")
+        answer = json.loads(line)
+        if not answer["ok"]:
+            raise AssertionError(f"{what} {arguments}: {answer['error']}")
+        return answer
+
+    def close(self):
+        self._socket.close()
+
+
+class Program:
+    """The running program. What a user could see is read, and what he could do is done, through the probe."""
+
+    def __init__(self, scratch, locale="C.UTF-8", debug=False):
+        self.scratch = pathlib.Path(tempfile.mkdtemp(dir=scratch))
+        home = self.scratch / "home"
+        home.mkdir()
+        self.settings_file = home / ".config" / "VIRELO" / "VireloApp.conf"
+        if debug:
+            self.settings_file.parent.mkdir(parents=True)
+            self.settings_file.write_text("[General]\ndebug=true\n", encoding="utf-8")
+        self.may_write_errors = debug
+        probe_path = self.scratch / "probe"
+        environment = {
+            "PATH": os.environ["PATH"],
+            "HOME": str(home),
+            "LC_ALL": locale,
+            "DISPLAY": Display.name(),
+            "XDG_RUNTIME_DIR": os.environ["XDG_RUNTIME_DIR"],
+            "TMPDIR": str(self.scratch),
+            "DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SYSTEM_BUS_ADDRESS"],
+            "QT_PLUGIN_PATH": os.environ["VIRELO_PROBE_PLUGINS"],
+            "QT_QPA_GENERIC_PLUGINS": "virelo_probe",
+            "VIRELO_PROBE_SOCKET": str(probe_path),
+            "ASAN_OPTIONS": "detect_leaks=0",
+            "UBSAN_OPTIONS": "print_stacktrace=1",
+        }
+        self._marked = None
+        self.probe = None
+        with open(self.scratch / "out", "wb") as out, open(self.scratch / "err", "wb") as err:
+            self.process = subprocess.Popen([os.environ["VIRELO_APP"]], env=environment, stdin=subprocess.DEVNULL,
+                                            stdout=out, stderr=err)
+        try:
+            self.probe = Probe(probe_path, self.process)
+        except BaseException:
+            self.abandon()
+            raise
+
+    # What can be seen
+
+    def widgets(self, kind=None, visible=True, **wanted):
+        """All widgets of that class (or derived from it) whose fields are as wanted; hidden ones only if asked for."""
+        return [w for w in self.probe.ask("widgets")["widgets"]
+                if (kind is None or kind in w["is"]) and (w["visible"] or not visible)
+                and all(w.get(field) == value for field, value in wanted.items())]
+
+    def one(self, kind=None, **wanted):
+        found = self.widgets(kind, **wanted)
+        if len(found) != 1:
+            raise AssertionError(f"{len(found)} widgets are {kind} {wanted}; on the screen:\n{self.screen()}")
+        return found[0]
+
+    def await_one(self, kind=None, **wanted):
+        return await_condition(lambda: self.widgets(kind, **wanted),
+                               lambda: f"there is a {kind} {wanted}; on the screen:\n{self.screen()}")[0]
+
+    def screen(self):
+        """All that is visible, as text, for messages."""
+        return "\n".join(f"  {w['class']} {w.get('text', '')!r}" + "".join(f"\n    {r['texts']}" for r in w.get("rows", []))
+                         for w in self.widgets())
+
+    def main_window(self):
+        return self.one("Client")
+
+    def tree(self):
+        overview = self.one("Client_Overview", visible=False)
+        return self.one("QTreeWidget", visible=False, parent=overview["widget"])
+
+    def rows(self):
+        return self.tree()["rows"]
+
+    def row(self, name):
+        found = [row for row in self.rows() if row["texts"][1] == name]
+        if len(found) != 1:
+            raise AssertionError(f"{len(found)} rows are named {name!r}; on the screen:\n{self.screen()}")
+        return found[0]
+
+    def await_rows(self, names):
+        """Until the tree has exactly rows of these names, in any order."""
+        await_condition(lambda: sorted(row["texts"][1] for row in self.rows()) == sorted(names),
+                        lambda: f"the rows are {sorted(names)}; on the screen:\n{self.screen()}")
+
+    def tab_widget(self):
+        return self.one("QTabWidget", parent=self.main_window()["widget"])
+
+    def tabs(self):
+        return [tab["title"] for tab in self.tab_widget()["tabs"]]
+
+    def current_tab(self):
+        widget = self.tab_widget()
+        return widget["tabs"][widget["current"]]["title"]
+
+    # What can be done
+
+    def click(self, widget):
+        self.probe.ask("click", widget=widget["widget"])
+
+    def click_at(self, widget, part):
+        """In the middle of a part of the widget: a row, a tab."""
+        self.probe.ask("click", widget=widget["widget"], x=part["x"] + part["w"] // 2, y=part["y"] + part["h"] // 2)
+
+    def click_button(self, text, **wanted):
+        self.click(self.one("QPushButton", text=text, **wanted))
+
+    def click_row(self, name):
+        self.click_at(self.tree(), self.row(name))
+
+    def click_tab(self, title):
+        tab_widget = self.tab_widget()
+        tab = [tab for tab in tab_widget["tabs"] if tab["title"] == title][0]
+        self.click_at(self.one("QTabBar", parent=tab_widget["widget"]), tab)
+
+    def key(self, widget, key):
+        self.probe.ask("key", widget=widget["widget"], key=key)
+
+    def type(self, widget, text):
+        self.probe.ask("type", widget=widget["widget"], text=text)
+
+    # What it needs
+
+    def _names(self, folder, name_of):
+        base = pathlib.Path(f"/proc/{self.process.pid}/{folder}")
+        names = []
+        for entry in base.iterdir():
+            with contextlib.suppress(OSError):  # gone since it was listed
+                names.append(name_of(entry))
+        return sorted(names)
+
+    # Qt scales pictures in pooled threads, which go when they were idle for a while, each with an event descriptor of
+    # its own. They come and go by the machine, so they are left out of what must come back.
+    _pooled = "Thread (pooled)"
+
+    def threads(self):
+        return self._names("task", lambda entry: (entry / "comm").read_text().strip())
+
+    def descriptors(self):
+        return self._names("fd", lambda entry: re.sub(r"\d+", "N", os.readlink(entry)))
+
+    def counts(self):
+        """Of threads and of descriptors, without those of the pool."""
+        threads = self.threads()
+        pooled = threads.count(self._pooled)
+        return len(threads) - pooled, len(self.descriptors()) - pooled
+
+    def mark(self):
+        """Keeps the count of threads and descriptors to which they must come back, once they have come to rest."""
+        seen = []
+
+        def at_rest():
+            seen.append(self.counts())
+            return len(seen) > 40 and len(set(seen[-40:])) == 1
+
+        await_condition(at_rest, lambda: f"threads and descriptors come to rest: {seen[-40:]}")
+        self._marked = (seen[-1], self.threads(), self.descriptors())
+
+    def await_mark(self, more_threads=0, more_descriptors=0):
+        """Until threads and descriptors are as many as at the mark, and those more that the test accounts for."""
+        (threads, descriptors), threads_then, descriptors_then = self._marked
+        wanted = (threads + more_threads, descriptors + more_descriptors)
+        await_condition(
+            lambda: self.counts() == wanted,
+            lambda: f"threads and descriptors are {wanted}\nthreads then {threads_then}\nthreads now {self.threads()}\n"
+                    f"descriptors then {descriptors_then}\ndescriptors now {self.descriptors()}")
+
+    # How it ends
+
+    def errors(self):
+        return (self.scratch / "err").read_text(encoding="utf-8", errors="replace")
+
+    def press_quit(self):
+        overview = self.one("Client_Overview", visible=False)
+        button = self.one("RZPushButton", visible=False, parent=overview["widget"])
+        if not button["visible"]:
+            tab_widget = self.tab_widget()
+            self.click_at(self.one("QTabBar", parent=tab_widget["widget"]), tab_widget["tabs"][0])
+        self.click(button)
+
+    def await_end(self):
+        """The exit code; the process must end by itself."""
+        try:
+            return self.process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            raise AssertionError(f"the program does not end; threads: {self.threads()}") from None
+
+    def check_end(self):
+        """It ends now, if it has not yet: with 0, by no signal, and without a word."""
+        code = self.await_end()
+        output = (self.scratch / "out").read_bytes()
+        errors = self.errors()
+        if code != 0:
+            raise AssertionError(f"exit code {code}; standard error:\n{errors}")
+        if output:
+            raise AssertionError(f"it wrote to standard output: {output!r}")
+        if errors and not self.may_write_errors:
+            raise AssertionError(f"it wrote to standard error:\n{errors}")
+        self.probe.close()
+
+    def abandon(self):
+        """After a failure: only gone it shall be."""
+        if self.process.poll() is None:
+            self.process.kill()
+        self.process.wait()
+        if self.probe:
+            self.probe.close()
+
+
+class Road_Test(unittest.TestCase):
+    """Base of the road tests."""
+
+    def setUp(self):
+        self.scratch = pathlib.Path(os.environ["VIRELO_LAB_DIR"])
+        self.avahi = Avahi()
+
+    @contextlib.contextmanager
+    def program(self, **options):
+        program = Program(self.scratch, **options)
+        try:
+            yield program
+            if program.process.poll() is None:
+                if program._marked:
+                    program.await_mark()
+                program.press_quit()
+            program.check_end()
+        except BaseException:
+            errors = program.errors()
+            if errors:
+                print("standard error of the program:\n" + errors[-4000:], flush=True)
+            program.abandon()
+            raise
+
+
+def main():
+    if not os.environ.get("VIRELO_LAB"):
+        raise SystemExit("road tests run inside scripts/lab; ctest does that")
+    unittest.main(verbosity=2)

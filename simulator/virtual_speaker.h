@@ -10,6 +10,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <functional>
 #include <memory>
 
@@ -71,7 +72,7 @@ public:
     bool in_flash_mode() const;
     Hex_Image flash_image() const; // of the last flash
 
-    // Requests of the short kind that leave no value: how often each came since start
+    // How often each came
     int beeps() const;
     int pings() const;
 

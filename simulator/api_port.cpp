@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: MIT
+#include "simulator/api_port.h"
+
+#include "simulator/http_connection.h"
+#include "simulator/http_record.h"
+#include "simulator/readable.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimer>
+
+namespace
+{
+constexpr int huge_size = 8 * 1024 * 1024;
+
+// The same document with every value of another type than it should have.
+QJsonValue with_wrong_types(const QJsonValue &value)
+{
+    switch (value.type()) {
+    case QJsonValue::String:
+        return 7;
+    case QJsonValue::Object: {
+        QJsonArray array;
+        for (const QJsonValue &member : value.toObject()) {
+            array.append(with_wrong_types(member));
+        }
+        return array;
+    }
+    case QJsonValue::Array:
+        return QJsonObject{{QStringLiteral("array"), 7}};
+    default:
+        return QStringLiteral("text");
+    }
+}
+
+QByteArray with_wrong_types(const QByteArray &body)
+{
+    QJsonObject object = QJsonDocument::fromJson(body).object();
+    for (auto member = object.begin(); member != object.end(); ++member) {
+        member.value() = with_wrong_types(member.value());
+    }
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+// What a fault makes of an answer; those that send none do not come here.
+Http_Reply spoilt(Http_Reply reply, Http_Fault fault)
+{
+    switch (fault) {
+    case Http_Fault::error_page:
+        reply.status = 500;
+        reply.content_type = "text/html";
+        reply.body = "<html><body><h1>Internal Server Error</h1></body></html>\n";
+        break;
+    case Http_Fault::empty:
+        reply.body.clear();
+        break;
+    case Http_Fault::empty_object:
+        reply.body = "{}";
+        break;
+    case Http_Fault::half:
+        reply.body.truncate(reply.body.size() / 2);
+        break;
+    case Http_Fault::huge: // blanks are JSON between two members, so the document stays valid
+        reply.body.insert(1, QByteArray(huge_size, ' '));
+        break;
+    case Http_Fault::wrong_types:
+        reply.body = with_wrong_types(reply.body);
+        break;
+    default:
+        break;
+    }
+    return reply;
+}
+} // namespace
+
+Api_Port::Api_Port(Speaker_Config &config, const Speaker_Faults &faults, Http_Record &record, QObject *parent)
+    : QObject(parent)
+    , server(record, this)
+    , api(config, faults, this)
+    , faults(faults)
+    , record(record)
+{
+    connect(&server, &Http_Server::requested, this, &Api_Port::take);
+    connect(&api, &Speaker_Api::event, this, &Api_Port::event);
+}
+
+void Api_Port::take(Http_Connection *connection, Http_Request request)
+{
+    const QJsonObject object = api.read(request);
+    emit event(QStringLiteral("<- %1 %2 %3")
+                   .arg(QString::fromLatin1(request.method), QString::fromLatin1(request.path),
+                        readable(request.body)));
+    if (!request.json_ok) {
+        emit event(QStringLiteral("!! the body is not JSON: ") + request.json_error);
+    }
+    record.add(request);
+    const Held now{connection, request, object};
+    if (!faulty(request)) {
+        answer(now);
+    } else if (faults.http == Http_Fault::hold) {
+        held.push_back(now);
+    } else if (faults.http == Http_Fault::reset) {
+        connection->reset();
+    } else if (faults.http != Http_Fault::silent) {
+        answer(now);
+    }
+}
+
+void Api_Port::answer(const Held &request)
+{
+    if (!request.connection) {
+        return;
+    }
+    Http_Reply reply;
+    bool leaving = false;
+    int delay = 0;
+    if (!faulty(request.request)) {
+        reply = api.answer(request.request, request.object, &leaving);
+    } else if (!faults.http_returncode.isEmpty()) {
+        const QJsonObject refusal{{QStringLiteral("returncode"), faults.http_returncode}};
+        reply.body = QJsonDocument(refusal).toJson(QJsonDocument::Compact);
+        delay = faults.http_slow_ms;
+    } else {
+        reply = spoilt(api.answer(request.request, request.object, &leaving), faults.http);
+        delay = faults.http_slow_ms;
+    }
+    emit changed();
+    send(request.connection, reply, leaving, delay);
+}
+
+void Api_Port::send(const QPointer<Http_Connection> &connection, const Http_Reply &reply, bool leaving,
+                    int delay_ms)
+{
+    const auto now = [this, connection, reply, leaving] {
+        if (!connection) {
+            return;
+        }
+        emit event(QStringLiteral("-> %1 %2").arg(reply.status).arg(readable(reply.body)));
+        if (!leaving) {
+            connection->send(reply);
+            return;
+        }
+        Http_Reply last = reply;
+        last.close = true; // so that the answer is out before the speaker is
+        connect(connection, &Http_Connection::closed, this, &Api_Port::departed, Qt::QueuedConnection);
+        connection->send(last);
+    };
+    if (delay_ms > 0) {
+        QTimer::singleShot(delay_ms, this, now);
+    } else {
+        now();
+    }
+}
+
+bool Api_Port::faulty(const Http_Request &request) const
+{
+    return faults.http_only.isEmpty() || faults.http_only == request.action ||
+           faults.http_only == QString::fromLatin1(request.path);
+}
+
+void Api_Port::apply_faults()
+{
+    if (faults.http == Http_Fault::hold) {
+        return;
+    }
+    std::vector<Held> due;
+    due.swap(held);
+    for (const Held &request : due) {
+        answer(request);
+    }
+}
+
+void Api_Port::drop_held()
+{
+    held.clear();
+}

@@ -1,0 +1,371 @@
+// SPDX-License-Identifier: MIT
+#include "simulator/speaker_api.h"
+
+#include "simulator/strict_json.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <initializer_list>
+
+// A path with one action: the members that its body must have, and what it does.
+struct Speaker_Api::Action {
+    struct Member {
+        const char *name; // "inet/address" is a member of a member
+        QJsonValue::Type type;
+    };
+    const char *path;
+    const char *action;
+    std::initializer_list<Member> members;
+    QJsonObject (Speaker_Api::*run)(const QJsonObject &);
+};
+
+namespace
+{
+constexpr auto String = QJsonValue::String;
+constexpr auto Number = QJsonValue::Double;
+constexpr auto Bool = QJsonValue::Bool;
+
+constexpr const char *configure_path = "/api/v14/configure.action";
+constexpr const char *device_path = "/api/v19/device.action";
+constexpr const char *upgrade_path = "/api/v14/otaupgrade.action";
+constexpr const char *network_path = "/api/v19/network.action";
+constexpr const char *wifi_path = "/api/v19/wifi.action";
+constexpr const char *sender_path = "/api/v19/songcast/sender.action";
+constexpr const char *receiver_path = "/api/v19/songcast/receiver.action";
+constexpr const char *bluetooth_path = "/api/v20/bluetooth.action";
+
+QJsonObject result(const QString &returncode)
+{
+    return {{QStringLiteral("returncode"), returncode}};
+}
+
+QJsonObject success()
+{
+    return result(QStringLiteral("success"));
+}
+
+QJsonObject failure(const QString &why)
+{
+    return {{QStringLiteral("returncode"), QStringLiteral("error")}, {QStringLiteral("reason"), why}};
+}
+
+QJsonValue member_of(const QJsonObject &object, const char *name)
+{
+    QJsonValue value = object;
+    for (const QString &step : QString::fromLatin1(name).split(QLatin1Char('/'))) {
+        value = value.toObject().value(step);
+    }
+    return value;
+}
+
+Http_Reply json_reply(const QJsonObject &object)
+{
+    Http_Reply reply;
+    reply.body = QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return reply;
+}
+
+Http_Reply plain_refusal(int status)
+{
+    Http_Reply reply;
+    reply.status = status;
+    reply.content_type = "text/html";
+    reply.body = "<html><body>" + http_reason(status) + "</body></html>\n";
+    return reply;
+}
+} // namespace
+
+const Speaker_Api::Action *Speaker_Api::find_action(const QString &path, const QString &action,
+                                                    bool *known_path)
+{
+    // clang-format off
+    static const Action actions[] = {
+        {configure_path, "wifiscan", {}, &Speaker_Api::wifi_scan},
+        {device_path, "info", {}, &Speaker_Api::device_info},
+        {device_path, "setdevicename", {{"devicename", String}}, &Speaker_Api::set_device_name},
+        {upgrade_path, "seturl", {{"otaaddress", String}, {"filesize", String}}, &Speaker_Api::set_url},
+        {upgrade_path, "querystatus", {}, &Speaker_Api::query_status},
+        {network_path, "info", {}, &Speaker_Api::network_info},
+        {wifi_path, "addnetwork", {{"ssid", String}, {"psk", String}}, &Speaker_Api::add_network},
+        {wifi_path, "addstaticnetwork",
+         {{"ssid", String}, {"psk", String}, {"inet/address", String}, {"inet/netmask", String},
+          {"inet/broadcast", String}, {"inet/gateway", String}},
+         &Speaker_Api::add_network},
+        {wifi_path, "selectnetwork", {{"id", Number}}, &Speaker_Api::select_network},
+        {sender_path, "status", {}, &Speaker_Api::sender_status},
+        {sender_path, "enable", {{"groupname", String}, {"mode", Number}}, &Speaker_Api::sender_enable},
+        {sender_path, "disable", {}, &Speaker_Api::sender_disable},
+        {sender_path, "play", {}, &Speaker_Api::sender_play},
+        {sender_path, "stop", {}, &Speaker_Api::sender_stop},
+        {receiver_path, "state", {}, &Speaker_Api::receiver_state},
+        {receiver_path, "link", {{"uuid", String}}, &Speaker_Api::receiver_link},
+        {receiver_path, "unlink", {}, &Speaker_Api::receiver_unlink},
+        {receiver_path, "play", {}, &Speaker_Api::receiver_play},
+        {receiver_path, "stop", {}, &Speaker_Api::receiver_stop},
+        {bluetooth_path, "setproperties",
+         {{"discoverable", Bool}, {"pairable", Bool}, {"discoverableTimeout", Number}, {"pairableTimeout", Number}},
+         &Speaker_Api::set_bluetooth},
+    };
+    // clang-format on
+    *known_path = false;
+    for (const Action &candidate : actions) {
+        if (path == QLatin1String(candidate.path)) {
+            *known_path = true;
+            if (action == QLatin1String(candidate.action)) {
+                return &candidate;
+            }
+        }
+    }
+    return nullptr;
+}
+
+Speaker_Api::Speaker_Api(Speaker_Config &config, const Speaker_Faults &faults, QObject *parent)
+    : QObject(parent)
+    , config(config)
+    , faults(faults)
+    , upgrade(nullptr)
+{
+    if (config.sender_uuid.isEmpty()) {
+        config.sender_uuid = QStringLiteral("4c494e4e-") + config.address;
+    }
+    connect(&upgrade, &Module_Upgrade::event, this, &Speaker_Api::event);
+}
+
+QJsonObject Speaker_Api::read(Http_Request &request) const
+{
+    request.json_error = json_complaint(request.body);
+    const QJsonDocument document = QJsonDocument::fromJson(request.body);
+    if (request.json_error.isEmpty() && !document.isObject()) {
+        request.json_error = QStringLiteral("no object");
+    }
+    request.json_ok = request.json_error.isEmpty();
+    if (!request.json_ok) {
+        return QJsonObject();
+    }
+    request.action = document.object().value(QStringLiteral("action")).toString();
+    return document.object();
+}
+
+Http_Reply Speaker_Api::answer(const Http_Request &request, const QJsonObject &object, bool *leaving)
+{
+    *leaving = false;
+    const QString path = QString::fromLatin1(request.path);
+    const auto raw = raw_replies.constFind({path, request.action});
+    if (raw != raw_replies.constEnd()) {
+        Http_Reply reply;
+        reply.body = *raw;
+        return reply;
+    }
+    bool known_path = false;
+    const Action *action = find_action(path, request.action, &known_path);
+    if (!known_path) {
+        return plain_refusal(404);
+    }
+    if (request.method != "POST") {
+        Http_Reply reply = plain_refusal(405);
+        reply.headers.append(qMakePair(QByteArray("Allow"), QByteArray("POST")));
+        return reply;
+    }
+    if (!request.json_ok) {
+        return json_reply(failure(QStringLiteral("no JSON: ") + request.json_error));
+    }
+    if (!action) {
+        return json_reply(failure(QStringLiteral("unknown action")));
+    }
+    for (const Action::Member &member : action->members) {
+        if (member_of(object, member.name).type() != member.type) {
+            return json_reply(failure(QStringLiteral("bad member ") + QLatin1String(member.name)));
+        }
+    }
+    leave = false;
+    const QJsonObject outcome = (this->*action->run)(object);
+    *leaving = leave;
+    return json_reply(outcome);
+}
+
+void Speaker_Api::set_reply(const QString &path, const QString &action, const QByteArray &body)
+{
+    raw_replies.insert({path, action}, body);
+}
+
+void Speaker_Api::clear_reply(const QString &path, const QString &action)
+{
+    raw_replies.remove({path, action});
+}
+
+void Speaker_Api::restart()
+{
+    upgrade.forget();
+    added_networks.clear();
+}
+
+QJsonObject Speaker_Api::device_info(const QJsonObject &)
+{
+    return {{QStringLiteral("model"), config.model},
+            {QStringLiteral("firmware"), config.firmware},
+            {QStringLiteral("hardware"), config.hardware},
+            {QStringLiteral("devicename"), config.name}};
+}
+
+// The announcement keeps the old name until the speaker starts anew, which selecting a network brings about.
+QJsonObject Speaker_Api::set_device_name(const QJsonObject &object)
+{
+    const QString name = object.value(QStringLiteral("devicename")).toString();
+    if (name.isEmpty()) {
+        return failure(QStringLiteral("empty name"));
+    }
+    config.name = name;
+    return success();
+}
+
+QJsonObject Speaker_Api::network_info(const QJsonObject &)
+{
+    QJsonObject wlan{{QStringLiteral("mode"), config.wlan_mode},
+                     {QStringLiteral("ssid"), config.ssid},
+                     {QStringLiteral("mac"), config.mac}};
+    if (config.wlan_mode != QLatin1String("AP")) {
+        wlan.insert(QStringLiteral("stationinfo"), QJsonObject{
+                                                       {QStringLiteral("signal"), config.signal},
+                                                       {QStringLiteral("channelwidth"), config.channelwidth},
+                                                       {QStringLiteral("bitrate"), config.bitrate},
+                                                   });
+    }
+    return {{QStringLiteral("wlan"), wlan}};
+}
+
+QJsonObject Speaker_Api::wifi_scan(const QJsonObject &)
+{
+    QJsonArray list;
+    for (const Wlan_Network &network : config.networks) {
+        list.append(QJsonObject{{QStringLiteral("ssid"), network.ssid},
+                                {QStringLiteral("encrypt_type"), network.encrypt_type},
+                                {QStringLiteral("signal_level"), network.signal_level}});
+    }
+    return {{QStringLiteral("aplist"), list}};
+}
+
+QJsonObject Speaker_Api::add_network(const QJsonObject &object)
+{
+    const QString ssid = object.value(QStringLiteral("ssid")).toString();
+    const QString password = object.value(QStringLiteral("psk")).toString();
+    for (const Wlan_Network &network : config.networks) {
+        if (network.ssid == ssid && !network.password.isNull() && network.password != password) {
+            return result(QStringLiteral("wrong password"));
+        }
+    }
+    added_networks.insert(++last_network_id, ssid);
+    QJsonObject outcome = success();
+    outcome.insert(QStringLiteral("id"), last_network_id);
+    return outcome;
+}
+
+QJsonObject Speaker_Api::select_network(const QJsonObject &object)
+{
+    const int id = object.value(QStringLiteral("id")).toInt(-1);
+    if (!added_networks.contains(id)) {
+        return failure(QStringLiteral("unknown network"));
+    }
+    config.ssid = added_networks.value(id);
+    config.wlan_mode = QStringLiteral("STA");
+    leave = true;
+    return success();
+}
+
+QJsonObject Speaker_Api::sender_status(const QJsonObject &)
+{
+    return {{QStringLiteral("enabled"), config.sender_enabled},
+            {QStringLiteral("state"), config.sender_state},
+            {QStringLiteral("mode"), config.sender_mode},
+            {QStringLiteral("uuid"), config.sender_uuid},
+            {QStringLiteral("groupname"), config.groupname}};
+}
+
+QJsonObject Speaker_Api::sender_enable(const QJsonObject &object)
+{
+    config.sender_enabled = true;
+    config.sender_state = 1;
+    config.sender_mode = object.value(QStringLiteral("mode")).toInt();
+    config.groupname = object.value(QStringLiteral("groupname")).toString();
+    QJsonObject outcome = sender_status(object);
+    outcome.insert(QStringLiteral("returncode"), QStringLiteral("success"));
+    return outcome;
+}
+
+QJsonObject Speaker_Api::sender_disable(const QJsonObject &)
+{
+    config.sender_enabled = false;
+    config.sender_state = 0;
+    return success();
+}
+
+QJsonObject Speaker_Api::sender_play(const QJsonObject &)
+{
+    config.sender_state = 2;
+    return success();
+}
+
+QJsonObject Speaker_Api::sender_stop(const QJsonObject &object)
+{
+    config.sender_state = 1;
+    QJsonObject outcome = sender_status(object);
+    outcome.insert(QStringLiteral("returncode"), QStringLiteral("success"));
+    return outcome;
+}
+
+QJsonObject Speaker_Api::receiver_state(const QJsonObject &)
+{
+    return {{QStringLiteral("state"), config.receiver_state},
+            {QStringLiteral("sender"), config.receiver_sender}};
+}
+
+QJsonObject Speaker_Api::receiver_link(const QJsonObject &object)
+{
+    config.receiver_state = 1;
+    config.receiver_sender = object.value(QStringLiteral("uuid")).toString();
+    return success();
+}
+
+QJsonObject Speaker_Api::receiver_unlink(const QJsonObject &)
+{
+    config.receiver_state = 0;
+    config.receiver_sender.clear();
+    return success();
+}
+
+QJsonObject Speaker_Api::receiver_play(const QJsonObject &)
+{
+    config.receiver_state = 2;
+    return success();
+}
+
+QJsonObject Speaker_Api::receiver_stop(const QJsonObject &)
+{
+    config.receiver_state = 1;
+    return success();
+}
+
+QJsonObject Speaker_Api::set_bluetooth(const QJsonObject &object)
+{
+    config.discoverable = object.value(QStringLiteral("discoverable")).toBool();
+    config.pairable = object.value(QStringLiteral("pairable")).toBool();
+    config.discoverable_timeout = object.value(QStringLiteral("discoverableTimeout")).toInt();
+    config.pairable_timeout = object.value(QStringLiteral("pairableTimeout")).toInt();
+    return success();
+}
+
+QJsonObject Speaker_Api::set_url(const QJsonObject &object)
+{
+    const QString folder = object.value(QStringLiteral("otaaddress")).toString();
+    bool is_number = false;
+    const qint64 size = object.value(QStringLiteral("filesize")).toString().toLongLong(&is_number);
+    if (!is_number || !folder.startsWith(QLatin1String("http://")) || !folder.endsWith(QLatin1Char('/'))) {
+        return failure(QStringLiteral("bad address or size"));
+    }
+    upgrade.start(folder, size);
+    return success();
+}
+
+QJsonObject Speaker_Api::query_status(const QJsonObject &)
+{
+    return upgrade.poll(config.upgrade_polls, faults.upgrade_errinfo);
+}

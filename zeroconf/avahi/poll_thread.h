@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "zeroconf/avahi/operation.h"
+
+struct AvahiClient;
+struct AvahiSimplePoll;
+
+// The one thread that talks to Avahi's daemon, over the one bus connection of the process. Everything that
+// may wait for the daemon or the bus happens here: the connection, and the start and end of every operation.
+//
+// Thread and object are made at the first call and last until the process ends, at whatever moment that is:
+// nothing of them is destroyed by the end of the program. While nothing happens the thread sleeps.
+//
+// The connection is made when an operation needs one. When it breaks, because the daemon or the bus went
+// away, every operation fails once, and the next one begins with a new connection.
+class PollThread
+{
+public:
+    // Null if the thread cannot be started.
+    static PollThread *instance();
+
+    // Starts an operation; its failure arrives in its mailbox. Returns at once; any thread.
+    void begin(std::unique_ptr<Operation> operation);
+    // Ends the operation of a mailbox, if it still goes on. Returns at once; any thread.
+    void end(std::shared_ptr<Mailbox> mailbox);
+
+private:
+    struct Task {
+        std::unique_ptr<Operation> begin;
+        std::shared_ptr<Mailbox> end;
+    };
+
+    PollThread() = default;
+    bool start();
+    void post(Task task);
+    [[noreturn]] void run();
+    void run_tasks();
+    void start_operation(std::unique_ptr<Operation> operation);
+    bool connect();
+    void disconnect();
+
+    std::mutex mutex;        // guards tasks
+    std::vector<Task> tasks; // in the order of the calls
+    int wake_fd = -1;        // readable while there are tasks
+
+    // For the thread alone.
+    AvahiSimplePoll *poll = nullptr;
+    AvahiClient *client = nullptr; // null while not connected
+    bool lost = false;     // the connection broke; noticed inside a callback, where it cannot be freed
+    int connect_error = 0; // Avahi's reason why connect failed
+    std::map<Mailbox *, std::unique_ptr<Operation>> operations;
+};

@@ -26,11 +26,17 @@ bool is_up(const QTcpSocket *socket)
     return socket && socket->state() == QAbstractSocket::ConnectedState;
 }
 
-// Takes what has arrived, and not a byte more: a readAll would go on to the system's buffer, and a close that
-// it finds there changes the state without a signal, so that nobody would reconnect.
 QByteArray take_arrived(QTcpSocket *socket)
 {
-    return socket && socket->isReadable() ? socket->read(socket->bytesAvailable()) : QByteArray();
+    return socket && socket->isReadable() ? socket->readAll() : QByteArray();
+}
+
+// Without an event loop what came in stays with the system until somebody waits for it.
+QByteArray take_waiting(QTcpSocket *socket)
+{
+    if (is_up(socket))
+        socket->waitForReadyRead(0);
+    return take_arrived(socket);
 }
 
 // The result of waitForBytesWritten says nothing: it is false also when nothing is left to write.
@@ -238,10 +244,7 @@ int serial_wifi::send_line(const QString &line)
 
 void serial_wifi::clear_recv_socket()
 {
-    // Without an event loop bytes wait in the system until somebody asks.
-    if (is_up(host_socket))
-        host_socket->waitForReadyRead(0);
-    const QByteArray waiting = take_arrived(host_socket);
+    const QByteArray waiting = take_waiting(host_socket);
     qDebug() << "CLEAR RECV SOCKET " << waiting.size() << "Bytes in socket";
 }
 
@@ -260,7 +263,7 @@ int serial_wifi::query_uart()
 
 void serial_wifi::readReady()
 {
-    const QByteArray bytes = take_arrived(host_socket);
+    const QByteArray bytes = take_waiting(host_socket);
     for (int i = 0; i < bytes.size(); ++i) {
         const char byte = bytes.at(i);
         if (byte == '!')

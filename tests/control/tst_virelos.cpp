@@ -1,0 +1,563 @@
+// SPDX-License-Identifier: MIT
+#include <QElapsedTimer>
+#include <QTest>
+#include <memory>
+
+#include "tests/control/control_fixture.h"
+#include "tests/control/log_capture.h"
+
+namespace
+{
+// The least that a control object can be.
+class Bare_Control : public Virelos
+{
+public:
+    using Virelos::Virelos;
+
+    void set_volume(int) override {}
+    void change_volume(int) override {}
+    int get_volume() override { return 0; }
+
+    void transmit_function() override
+    {
+        all_wakes_served();
+        Virelos::transmit_function();
+    }
+};
+
+const Lines start_up_reads = {"RZ?MO\n", "RZ?LO\n", "RZ?MT\n"};
+} // namespace
+
+// The worker and the values of every speaker, against a virtual speaker.
+class tst_Virelos : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void the_constructor_stores_its_arguments();
+    void slots_stand_in_their_order();
+    void run_reads_mute_lock_and_mt_in_this_order();
+    void run_takes_what_the_speaker_reports();
+    void run_names_its_link();
+    void wake_counts();
+    void changes_made_before_the_reads_have_ended_are_overwritten();
+    void a_speaker_that_cannot_be_reached_reads_as_0();
+
+    void a_slot_sends_its_command_data();
+    void a_slot_sends_its_command();
+    void a_stored_value_sends_its_command_data();
+    void a_stored_value_sends_its_command();
+    void one_pass_sends_in_the_order_of_the_table();
+    void requests_are_cleared_when_they_have_been_sent();
+    void surplus_wakes_send_nothing();
+    void a_value_set_back_in_time_is_not_sent();
+    void two_beeps_before_the_worker_wakes_are_one();
+    void a_change_within_the_pace_of_its_command_is_sent_too();
+    void a_failed_command_is_not_sent_again();
+    void a_dropped_link_is_recovered_without_the_worker();
+
+    void terminate_ends_the_worker_and_its_link();
+    void terminate_sends_what_waits();
+    void terminate_sends_a_change_made_together_with_quit();
+    void terminate_right_after_start_ends();
+    void terminate_without_start_ends_and_forgets();
+    void terminate_twice_ends();
+
+    void direct_commands_arrive_before_they_return_data();
+    void direct_commands_arrive_before_they_return();
+    void a_direct_command_goes_ahead_of_queued_changes();
+    void a_direct_command_without_link_does_nothing();
+
+    void flash_open_makes_a_link_of_its_own();
+    void a_second_flash_closes_the_link_of_the_first();
+    void flash_line_without_link_does_nothing();
+    void log_lines_mark_what_was_asked_data();
+    void log_lines_mark_what_was_asked();
+
+private:
+    void make_busy();
+    Lines lines_after_start_up() const { return speaker->host_lines().mid(start_up_reads.size()); }
+
+    std::unique_ptr<Log_Capture> log;
+    std::unique_ptr<Virtual_Speaker> speaker;
+    std::unique_ptr<Bare_Control> control;
+};
+
+void tst_Virelos::init()
+{
+    log = std::make_unique<Log_Capture>();
+    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home());
+    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    control = std::make_unique<Bare_Control>(13, own_loopback(1), "Kitchen");
+}
+
+void tst_Virelos::cleanup()
+{
+    control->terminate();
+    delete control->link;
+    control.reset();
+    speaker.reset();
+    QCOMPARE(log->warnings(), QStringList());
+    log.reset();
+}
+
+// Keeps the worker in the 150 ms of a command.
+void tst_Virelos::make_busy()
+{
+    control->mt = control->mt + 1;
+    control->wake();
+    QVERIFY(speaker->wait_for_host_lines(start_up_reads.size() + 1));
+}
+
+void tst_Virelos::the_constructor_stores_its_arguments()
+{
+    QCOMPARE(control->type, 13);
+    QCOMPARE(control->host, own_loopback(1));
+    QCOMPARE(control->name, QString("Kitchen"));
+    QCOMPARE(control->pending, 0);
+    QVERIFY(!control->quit);
+    QVERIFY(!control->link);
+    QCOMPARE(speaker->host_connections().accepted, 0);
+}
+
+void tst_Virelos::slots_stand_in_their_order()
+{
+    const QStringList expected = {"terminate()",
+                                  "set_volume(int)",
+                                  "change_volume(int)",
+                                  "get_volume()",
+                                  "muteOn()",
+                                  "muteOff()",
+                                  "muteToggled(bool)",
+                                  "lockOn()",
+                                  "lockOff()",
+                                  "lockToggled(bool)",
+                                  "standby()",
+                                  "powerOn()",
+                                  "Beep()",
+                                  "flash()",
+                                  "Ping()"};
+    QCOMPARE(own_slots(Virelos::staticMetaObject), expected);
+}
+
+void tst_Virelos::run_reads_mute_lock_and_mt_in_this_order()
+{
+    QVERIFY(start_worker(*control));
+    QCOMPARE(speaker->host_lines(), start_up_reads);
+    QCOMPARE(speaker->host_connections().accepted, 1);
+}
+
+void tst_Virelos::run_takes_what_the_speaker_reports()
+{
+    speaker->set_host_reply("MO", "RZ#001\r");
+    speaker->set_host_reply("LO", "RZ#001\r");
+    speaker->set_host_reply("MT", "RZ#00017\r");
+    control->beep = 1;
+    control->ping = 1;
+    QVERIFY(start_worker(*control));
+    control->terminate();
+    QCOMPARE(control->mute, 1);
+    QCOMPARE(control->mute_sent, 1);
+    QCOMPARE(control->lock, 1);
+    QCOMPARE(control->lock_sent, 1);
+    QCOMPARE(control->mt, 17);
+    QCOMPARE(control->mt_sent, 17);
+    QCOMPARE(control->beep, 0);
+    QCOMPARE(control->ping, 0);
+    QCOMPARE(speaker->host_lines(), start_up_reads);
+}
+
+void tst_Virelos::run_names_its_link()
+{
+    QVERIFY(start_worker(*control));
+    QMutexLocker locker(&control->wake_mutex);
+    QCOMPARE(control->link->name, QString("Virelos::run() ofKitchen"));
+    QCOMPARE(control->link->host, own_loopback(1));
+    QCOMPARE(control->link->baud, 57600);
+    QCOMPARE(control->link->data_bits, 8);
+    QCOMPARE(control->link->parity, 0);
+    QCOMPARE(control->link->stop_bits, 1);
+}
+
+void tst_Virelos::wake_counts()
+{
+    control->wake();
+    control->wake();
+    QCOMPARE(control->pending, 2);
+}
+
+void tst_Virelos::changes_made_before_the_reads_have_ended_are_overwritten()
+{
+    Speaker_Faults faults;
+    faults.host_slow_ms = 50;
+    speaker->set_faults(faults);
+    control->start();
+    QVERIFY(speaker->wait_for_host_line("RZ?MO\n"));
+    control->muteOn();
+    control->lockOn();
+    control->Beep();
+    control->Ping();
+    control->terminate();
+    QCOMPARE(control->mute, 0);
+    QCOMPARE(control->lock, 0);
+    QCOMPARE(speaker->host_lines(), start_up_reads);
+}
+
+void tst_Virelos::a_speaker_that_cannot_be_reached_reads_as_0()
+{
+    speaker->stop();
+    control->mute = 7;
+    control->lock_sent = 7;
+    control->start();
+    control->terminate();
+    QCOMPARE(control->mute, 0);
+    QCOMPARE(control->mute_sent, 0);
+    QCOMPARE(control->lock, 0);
+    QCOMPARE(control->lock_sent, 0);
+    QCOMPARE(control->mt, 0);
+}
+
+void tst_Virelos::a_slot_sends_its_command_data()
+{
+    QTest::addColumn<QByteArray>("call");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("muteOn") << QByteArray("muteOn") << QByteArray("RZ!MO\n");
+    QTest::newRow("lockOn") << QByteArray("lockOn") << QByteArray("RZ!LO\n");
+    QTest::newRow("Beep") << QByteArray("Beep") << QByteArray("RZ!BI1\n");
+    QTest::newRow("Ping") << QByteArray("Ping") << QByteArray("RZ!PI\n");
+}
+
+void tst_Virelos::a_slot_sends_its_command()
+{
+    QFETCH(QByteArray, call);
+    QFETCH(QByteArray, line);
+    QVERIFY(start_worker(*control));
+    QVERIFY(QMetaObject::invokeMethod(control.get(), call, Qt::DirectConnection));
+    QVERIFY(speaker->wait_for_host_line(line));
+    QCOMPARE(lines_after_start_up(), Lines{line});
+}
+
+void tst_Virelos::a_stored_value_sends_its_command_data()
+{
+    QTest::addColumn<int>("reported");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<int>("value");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("mute on") << 0 << "mute" << 1 << QByteArray("RZ!MO\n");
+    QTest::newRow("mute other") << 0 << "mute" << 5 << QByteArray("RZ!MO\n");
+    QTest::newRow("mute off") << 1 << "mute" << 0 << QByteArray("RZ!MF\n");
+    QTest::newRow("lock on") << 0 << "lock" << 1 << QByteArray("RZ!LO\n");
+    QTest::newRow("lock off") << 1 << "lock" << 0 << QByteArray("RZ!LF\n");
+    QTest::newRow("mt") << 0 << "mt" << 7 << QByteArray("RZ!MT007\n");
+    QTest::newRow("mt of four digits") << 0 << "mt" << 1234 << QByteArray("RZ!MT1234\n");
+    QTest::newRow("mt negative") << 0 << "mt" << -5 << QByteArray("RZ!MT-05\n");
+    QTest::newRow("beep") << 0 << "beep" << 3 << QByteArray("RZ!BI3\n");
+    QTest::newRow("beep of two digits") << 0 << "beep" << 12 << QByteArray("RZ!BI12\n");
+    QTest::newRow("ping") << 0 << "ping" << 9 << QByteArray("RZ!PI\n");
+}
+
+void tst_Virelos::a_stored_value_sends_its_command()
+{
+    QFETCH(int, reported);
+    QFETCH(QString, field);
+    QFETCH(int, value);
+    QFETCH(QByteArray, line);
+    const QMap<QString, int Virelos::*> fields = {{"mute", &Virelos::mute},
+                                                  {"lock", &Virelos::lock},
+                                                  {"mt", &Virelos::mt},
+                                                  {"beep", &Virelos::beep},
+                                                  {"ping", &Virelos::ping}};
+    for (const char *letters : {"MO", "LO", "MT"})
+        speaker->set_host_reply(letters, "RZ#00" + QByteArray::number(reported) + "\r");
+    QVERIFY(start_worker(*control));
+    (*control).*fields.value(field) = value;
+    control->wake();
+    QVERIFY(speaker->wait_for_host_line(line));
+    QCOMPARE(lines_after_start_up(), Lines{line});
+}
+
+void tst_Virelos::one_pass_sends_in_the_order_of_the_table()
+{
+    QVERIFY(start_worker(*control));
+    control->ping = 1;
+    control->beep = 1;
+    control->mt = 30;
+    control->lock = 1;
+    control->mute = 1;
+    control->wake();
+    control->terminate();
+    QCOMPARE(lines_after_start_up(), (Lines{"RZ!MO\n", "RZ!LO\n", "RZ!MT030\n", "RZ!BI1\n", "RZ!PI\n"}));
+    QCOMPARE(control->mute_sent, 1);
+    QCOMPARE(control->lock_sent, 1);
+    QCOMPARE(control->mt_sent, 30);
+}
+
+void tst_Virelos::requests_are_cleared_when_they_have_been_sent()
+{
+    QVERIFY(start_worker(*control));
+    control->Beep();
+    control->Ping();
+    control->terminate();
+    QCOMPARE(control->beep, 0);
+    QCOMPARE(control->ping, 0);
+    QCOMPARE(speaker->beeps(), 1);
+    QCOMPARE(speaker->pings(), 1);
+}
+
+void tst_Virelos::surplus_wakes_send_nothing()
+{
+    QVERIFY(start_worker(*control));
+    for (int i = 0; i < 100; ++i)
+        control->wake();
+    control->terminate();
+    QCOMPARE(speaker->host_lines(), start_up_reads);
+    QCOMPARE(control->pending, 0);
+}
+
+void tst_Virelos::a_value_set_back_in_time_is_not_sent()
+{
+    QVERIFY(start_worker(*control));
+    make_busy();
+    control->lockOn();
+    control->muteOn();
+    control->lockOff();
+    control->muteOff();
+    control->terminate();
+    QCOMPARE(lines_after_start_up().mid(1), Lines());
+}
+
+void tst_Virelos::two_beeps_before_the_worker_wakes_are_one()
+{
+    QVERIFY(start_worker(*control));
+    make_busy();
+    control->Beep();
+    control->Beep();
+    control->terminate();
+    QCOMPARE(lines_after_start_up().mid(1), Lines{"RZ!BI1\n"});
+}
+
+void tst_Virelos::a_change_within_the_pace_of_its_command_is_sent_too()
+{
+    QVERIFY(start_worker(*control));
+    control->muteOn();
+    QVERIFY(speaker->wait_for_host_line("RZ!MO\n"));
+    control->muteOff();
+    QVERIFY(speaker->wait_for_host_line("RZ!MF\n"));
+    QCOMPARE(lines_after_start_up(), (Lines{"RZ!MO\n", "RZ!MF\n"}));
+}
+
+void tst_Virelos::a_failed_command_is_not_sent_again()
+{
+    QVERIFY(start_worker(*control));
+    speaker->stop();
+    control->muteOn();
+    QVERIFY(wait_until([this] { return log->debug_lines().filter("returned -1").size() == 1; }));
+    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    speaker->clear_record();
+    control->wake();
+    control->terminate();
+    QCOMPARE(control->mute_sent, 1);
+    QCOMPARE(speaker->host_bytes(), QByteArray());
+}
+
+void tst_Virelos::a_dropped_link_is_recovered_without_the_worker()
+{
+    QVERIFY(start_worker(*control));
+    speaker->cut_link(Cut_How::fin);
+    QVERIFY(speaker->wait_for_host_open(0));
+    control->muteOn();
+    QVERIFY(speaker->wait_for_host_line("RZ!MO\n"));
+    QCOMPARE(lines_after_start_up(), Lines{"RZ!MO\n"});
+}
+
+void tst_Virelos::terminate_ends_the_worker_and_its_link()
+{
+    QVERIFY(start_worker(*control));
+    QVERIFY(control->link);
+    control->terminate();
+    QVERIFY(control->isFinished());
+    QVERIFY(!control->link);
+    QVERIFY(speaker->wait_for_host_open(0));
+    QVERIFY(log->debug_lines().contains("Virelos::terminate() waiting for termination"));
+    QCOMPARE(log->debug_lines().last(), QString("Virelos::terminate() THREADs gone"));
+}
+
+void tst_Virelos::terminate_sends_what_waits()
+{
+    QVERIFY(start_worker(*control));
+    make_busy();
+    control->muteOn();
+    control->lockOn();
+    control->Ping();
+    control->terminate();
+    // The pass that keeps the worker busy has gone by mute and lock: they are the next one's.
+    QCOMPARE(lines_after_start_up().mid(1), (Lines{"RZ!PI\n", "RZ!MO\n", "RZ!LO\n"}));
+}
+
+// The worker looks at quit when it wakes: what was stored before must not be left behind.
+void tst_Virelos::terminate_sends_a_change_made_together_with_quit()
+{
+    QVERIFY(start_worker(*control));
+    {
+        QMutexLocker locker(&control->wake_mutex);
+        control->quit = true;
+        control->mute = 1;
+        ++control->pending;
+        control->wake_condition.wakeAll();
+    }
+    QVERIFY(control->wait(Virtual_Speaker::default_wait_ms));
+    QVERIFY(speaker->wait_for_host_lines(start_up_reads.size() + 1));
+    QCOMPARE(lines_after_start_up(), Lines{"RZ!MO\n"});
+}
+
+void tst_Virelos::terminate_right_after_start_ends()
+{
+    for (int i = 0; i < 20; ++i) {
+        control->start();
+        control->terminate();
+        QVERIFY(control->isFinished());
+        QVERIFY(!control->link);
+    }
+}
+
+void tst_Virelos::terminate_without_start_ends_and_forgets()
+{
+    control->terminate();
+    QVERIFY(!control->isRunning());
+    QVERIFY(start_worker(*control));
+    control->muteOn();
+    QVERIFY(speaker->wait_for_host_line("RZ!MO\n"));
+    QVERIFY(control->isRunning());
+}
+
+void tst_Virelos::terminate_twice_ends()
+{
+    QVERIFY(start_worker(*control));
+    control->terminate();
+    control->terminate();
+    QVERIFY(control->isFinished());
+}
+
+void tst_Virelos::direct_commands_arrive_before_they_return_data()
+{
+    QTest::addColumn<QByteArray>("call");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("standby") << QByteArray("standby") << QByteArray("RZ!PF\n");
+    QTest::newRow("powerOn") << QByteArray("powerOn") << QByteArray("RZ!PO\n");
+    QTest::newRow("flash") << QByteArray("flash") << QByteArray("RZ!FL\n");
+}
+
+void tst_Virelos::direct_commands_arrive_before_they_return()
+{
+    QFETCH(QByteArray, call);
+    QFETCH(QByteArray, line);
+    QVERIFY(start_worker(*control));
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(QMetaObject::invokeMethod(control.get(), call.constData(), Qt::DirectConnection));
+    QVERIFY(timer.elapsed() >= 150);
+    QCOMPARE(lines_after_start_up(), Lines{line});
+    QCOMPARE(speaker->host_connections().accepted, 1);
+}
+
+void tst_Virelos::a_direct_command_goes_ahead_of_queued_changes()
+{
+    QVERIFY(start_worker(*control));
+    make_busy();
+    control->lockOn();
+    control->Ping();
+    control->standby();
+    control->terminate();
+    QCOMPARE(lines_after_start_up().mid(1), (Lines{"RZ!PF\n", "RZ!PI\n", "RZ!LO\n"}));
+}
+
+void tst_Virelos::a_direct_command_without_link_does_nothing()
+{
+    control->standby();
+    control->powerOn();
+    control->flash();
+    QCOMPARE(speaker->host_connections().accepted, 0);
+    QVERIFY(start_worker(*control));
+    control->terminate();
+    control->standby();
+    control->powerOn();
+    control->flash();
+    QCOMPARE(speaker->host_lines(), start_up_reads);
+}
+
+void tst_Virelos::flash_open_makes_a_link_of_its_own()
+{
+    QVERIFY(start_worker(*control));
+    control->terminate();
+    control->flash_open();
+    QVERIFY(log->debug_lines().contains("\"Virelos::flash() ofKitchen\""));
+    QVERIFY(control->link);
+    QCOMPARE(control->link->name, QString("Virelos::flash() ofKitchen"));
+    QCOMPARE(control->link->baud, 57600);
+    QVERIFY(control->link->connected);
+    QVERIFY(control->link->xon);
+    control->flash();
+    QCOMPARE(control->flash_line(":00000001FF\r\n"), 0);
+    QVERIFY(speaker->wait_for_host_lines(start_up_reads.size() + 2));
+    QCOMPARE(lines_after_start_up(), (Lines{"RZ!FL\n", ":00000001FF\r\n"}));
+}
+
+void tst_Virelos::a_second_flash_closes_the_link_of_the_first()
+{
+    control->flash_open();
+    control->flash_open();
+    QVERIFY(speaker->wait_until([this] { return speaker->host_connections().accepted == 2; }));
+    QVERIFY(speaker->wait_for_host_open(1));
+}
+
+void tst_Virelos::flash_line_without_link_does_nothing()
+{
+    QCOMPARE(control->flash_line(":00000001FF\r\n"), 0);
+    QCOMPARE(speaker->host_connections().accepted, 0);
+}
+
+void tst_Virelos::log_lines_mark_what_was_asked_data()
+{
+    QTest::addColumn<QByteArray>("slot");
+    QTest::addColumn<int>("checked"); // -1: no argument
+    QTest::addColumn<QStringList>("lines");
+    QTest::addColumn<int>("mute");
+    QTest::addColumn<int>("lock");
+    QTest::newRow("muteOn") << QByteArray("muteOn") << -1 << QStringList{"Virelos::MUTE_ON()"} << 1 << 7;
+    QTest::newRow("muteOff") << QByteArray("muteOff") << -1 << QStringList{"Virelos::MUTE_OFF()"} << 0 << 7;
+    QTest::newRow("muteToggled on") << QByteArray("muteToggled") << 1 << QStringList{"Virelos::MUTE_ON()"}
+                                    << 1 << 7;
+    QTest::newRow("muteToggled off") << QByteArray("muteToggled") << 0 << QStringList{"Virelos::MUTE_OFF()"}
+                                     << 0 << 7;
+    QTest::newRow("lockOn") << QByteArray("lockOn") << -1 << QStringList{"LOCK()"} << 7 << 1;
+    QTest::newRow("lockOff") << QByteArray("lockOff") << -1 << QStringList{"UNLOCK()"} << 7 << 0;
+    QTest::newRow("lockToggled on") << QByteArray("lockToggled") << 1
+                                    << QStringList{"Virelos::lockToggled()", "LOCK()"} << 7 << 1;
+    QTest::newRow("lockToggled off") << QByteArray("lockToggled") << 0
+                                     << QStringList{"Virelos::lockToggled()", "UNLOCK()"} << 7 << 0;
+}
+
+void tst_Virelos::log_lines_mark_what_was_asked()
+{
+    QFETCH(QByteArray, slot);
+    QFETCH(int, checked);
+    QFETCH(QStringList, lines);
+    QFETCH(int, mute);
+    QFETCH(int, lock);
+    control->mute = 7;
+    control->lock = 7;
+    const bool called = checked < 0 ? QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection)
+                                    : QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection,
+                                                                Q_ARG(bool, checked == 1));
+    QVERIFY(called);
+    QCOMPARE(log->debug_lines(), lines);
+    QCOMPARE(control->mute, mute);
+    QCOMPARE(control->lock, lock);
+    QCOMPARE(control->pending, 1);
+}
+
+QTEST_GUILESS_MAIN(tst_Virelos)
+#include "tst_virelos.moc"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/client.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 #include <QResizeEvent>
 #include <QSettings>
@@ -49,6 +50,12 @@ void Client::add_fixed_tabs()
     air_tab = new Client_Settings_Air(this, nullptr, nullptr);
     air_tab_index = tabs->addTab(air_tab, "Air");
     tabs->setTabEnabled(air_tab_index, false);
+}
+
+void Client::done(int result)
+{
+    QDialog::done(result);
+    QCoreApplication::quit();
 }
 
 void Client::resizeEvent(QResizeEvent *event)

@@ -32,6 +32,9 @@ public:
 
     static bool has_fixed_tabs();
 
+    void
+    done(int result) override; // however the window closes: ends the event loop, also with dialogs still open
+
     QTabWidget *tabs = nullptr;
     int air_tab_index = 0;
     Client_Settings_Air *air_tab = nullptr;

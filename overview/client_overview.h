@@ -34,6 +34,7 @@ public:
     explicit Client_Overview(QWidget *parent); // the main window; starts discovery
 
     Device_Desc *selected_device() const; // record of the first selected row, or null
+    void reject() override;               // does nothing: Escape must not blank a tab
 
     QWidget *client_window;
     QTimer spare_timer;              // never started
@@ -80,8 +81,6 @@ public slots:
     void quitReleased();
     void quitHold();
     void hoodTimer();
-
-    void reject() override; // does nothing: Escape must not blank a tab
 
 private:
     void make_tree();

@@ -112,9 +112,9 @@ def lamp(x, base):
         rect(x - 3, top + 100, 6, 456, "#2a211b", 3),
         f'<ellipse cx="{x}" cy="{base - 4}" rx="52" ry="9" fill="#2a211b"/>',
         light(x, top + 60, 430, 400, 0.75),
-        f'<path d="M{x - 62},{top} L{x + 62},{top} L{x + 92},{top + 124} L{x - 92},{top + 124} Z" fill="url(#shade)"/>',
-        f'<path d="M{x - 92},{top + 124} L{x + 92},{top + 124} L{x + 91},{top + 119} L{x - 91},{top + 119} Z" '
-        f'fill="#c9985f" opacity="0.7"/>',
+        polygon([(x - 62, top), (x + 62, top), (x + 92, top + 124), (x - 92, top + 124)], "url(#shade)"),
+        polygon([(x - 92, top + 124), (x + 92, top + 124), (x + 91, top + 119), (x - 91, top + 119)], "#c9985f",
+                'opacity="0.7"'),
     ])
 
 
@@ -125,14 +125,17 @@ def plant(x, base, size=1.0):
         length = size * rnd.uniform(120, 190) * (1 - abs(angle) / 240)
         width = size * rnd.uniform(13, 20)
         leaves.append(f'<path d="M0,0 C{-width:.0f},{-length * 0.45:.0f} {-width * 0.5:.0f},{-length * 0.85:.0f} '
-                      f'0,{-length:.0f} C{width * 0.6:.0f},{-length * 0.8:.0f} {width:.0f},{-length * 0.4:.0f} 0,0 Z" '
-                      f'fill="url(#leaf)" transform="rotate({angle + rnd.uniform(-4, 4):.0f})"/>')
+                      f'0,{-length:.0f} C{width * 0.6:.0f},{-length * 0.8:.0f} {width:.0f},{-length * 0.4:.0f} '
+                      f'0,0 Z" fill="url(#leaf)" transform="rotate({angle + rnd.uniform(-4, 4):.0f})"/>')
     rnd.shuffle(leaves)
     pot = size * 46
-    return (f'{shadow(x + 8, base, 66 * size, 11 * size)}<g transform="translate({x} {base - pot * 1.5:.0f})">'
-            f'{"".join(leaves)}</g><path d="M{x - pot:.0f},{base - 1.75 * pot:.0f} L{x + pot:.0f},{base - 1.75 * pot:.0f} '
-            f'L{x + 0.72 * pot:.0f},{base} L{x - 0.72 * pot:.0f},{base} Z" fill="url(#ceramic)"/>'
-            f'<ellipse cx="{x}" cy="{base - 1.75 * pot:.0f}" rx="{pot:.0f}" ry="{0.15 * pot:.0f}" fill="#6d5a45"/>')
+    rim = base - 1.75 * pot
+    return "".join([
+        shadow(x + 8, base, 66 * size, 11 * size),
+        f'<g transform="translate({x} {base - pot * 1.5:.0f})">{"".join(leaves)}</g>',
+        polygon([(x - pot, rim), (x + pot, rim), (x + 0.72 * pot, base), (x - 0.72 * pot, base)], "url(#ceramic)"),
+        f'<ellipse cx="{x}" cy="{rim:.0f}" rx="{pot:.0f}" ry="{0.15 * pot:.0f}" fill="#6d5a45"/>',
+    ])
 
 
 def frame(x, y, w, h):
@@ -180,7 +183,8 @@ def sub():
                     for i, r in enumerate(range(310, 850, 100)))
     return "".join([
         room([(190, 260, 760, 480, 0.85), (1290, 430, 800, 440, 0.6)]),
-        f'<clipPath id="above"><rect width="{WIDTH}" height="{FLOOR - 26}"/></clipPath><g clip-path="url(#above)">{rings}</g>',
+        f'<clipPath id="above"><rect width="{WIDTH}" height="{FLOOR - 26}"/></clipPath>',
+        f'<g clip-path="url(#above)">{rings}</g>',
         lamp(190, 700), sideboard(330, 690, 540, 128, 2),
         on_top("vc3", 440, 530, 0.84), plant(600, 531, 0.85), on_top("vc3", 760, 530, 0.84),
         standing("vs12", 1300, 772, 1.4), plant(1830, 752, 1.6), vignette(),
@@ -195,7 +199,8 @@ def palette():
     for name, x in row:
         if name in stand:
             parts.append(shadow(x + 30, 744, 150, 24))
-            parts.append(box(x - 105, 746, 210, stand[name], EYE, 0.10, "url(#ceramic)", "#cdb99e", "#84705a", "#f6ecdc"))
+            parts.append(box(x - 105, 746, 210, stand[name], EYE, 0.10, "url(#ceramic)", "#cdb99e", "#84705a",
+                             "#f6ecdc"))
             parts.append(on_top(name, x, 746 - stand[name] - 2, 1.0))
         else:
             parts.append(standing(name, x, 746, 1.0))
@@ -208,19 +213,21 @@ def waves(x, y, arcs, first, gap, width):
     parts = []
     for i in range(arcs):
         r = first + i * gap
-        parts.append(f'<path d="M{x - 0.74 * r:.1f},{y - 0.67 * r:.1f} A{r},{r} 0 0 1 {x + 0.74 * r:.1f},{y - 0.67 * r:.1f}" '
+        across, up = 0.74 * r, 0.67 * r
+        parts.append(f'<path d="M{x - across:.1f},{y - up:.1f} A{r},{r} 0 0 1 {x + across:.1f},{y - up:.1f}" '
                      f'fill="none" stroke="#fff4dd" stroke-width="{width}" stroke-linecap="round" '
                      f'opacity="{0.95 - i * 0.6 / arcs:.2f}"/>')
     return "".join(parts)
 
 
 def router(x, base):
-    aerials = "".join(f'<g transform="translate({x + dx} {base - 40}) rotate({turn})">{rect(-6, -118, 12, 120, "#e9e0d2", 6)}'
-                      f'{rect(-6, -118, 4, 120, "#fff", 2)}</g>' for dx, turn in ((-92, -9), (92, 9)))
+    aerial = rect(-6, -118, 12, 120, "#e9e0d2", 6) + rect(-6, -118, 4, 120, "#fff", 2)
+    aerials = "".join(f'<g transform="translate({x + side * 92} {base - 40}) rotate({side * 9})">{aerial}</g>'
+                      for side in (-1, 1))
     lights = "".join(circle(x - 60 + i * 26, base - 22, 4.5, "#8fd6a4" if i < 4 else "#f2b25c") for i in range(5))
-    return (shadow(x + 14, base, 160, 14) + aerials
-            + f'<path d="M{x - 128},{base} L{x - 118},{base - 46} L{x + 118},{base - 46} L{x + 128},{base} Z" fill="url(#ceramic)"/>'
-            + f'<path d="M{x - 118},{base - 46} L{x + 118},{base - 46} L{x + 100},{base - 56} L{x - 100},{base - 56} Z" fill="#fbf4e8"/>'
+    front = [(x - 128, base), (x - 118, base - 46), (x + 118, base - 46), (x + 128, base)]
+    top = [(x - 118, base - 46), (x + 118, base - 46), (x + 100, base - 56), (x - 100, base - 56)]
+    return (shadow(x + 14, base, 160, 14) + aerials + polygon(front, "url(#ceramic)") + polygon(top, "#fbf4e8")
             + lights)
 
 
@@ -270,8 +277,8 @@ def slider_handle():
 
 
 def slider(ground):
-    ticks = "".join(f'<line x1="{x}" y1="6" x2="{x}" y2="11" stroke="#a5a294"/><line x1="{x}" y1="35" x2="{x}" y2="40" '
-                    f'stroke="#a5a294"/>' for x in range(7, 64, 10))
+    ticks = "".join(f'<line x1="{x}" y1="{y}" x2="{x}" y2="{y + 5}" stroke="#a5a294"/>'
+                    for x in range(7, 64, 10) for y in (6, 35))
     back = rect(0, 0, 64, 46, ground) if ground else ""
     return document((64, 46), (0, 0, 64, 46), "".join([
         back, ticks, rect(4, 20, 56, 6, "#d6d2c9", 3), rect(4, 20, 30, 6, "#b4683a", 3),
@@ -293,9 +300,10 @@ def busy(step, steps):
     for i in range(12):
         age = (step * 12 / steps - i) % 12 / 12
         near = max(0.0, 1 - age * 1.25)
-        mix = [round(tail + (head - tail) * near ** 1.4) for head, tail in zip((158, 86, 44), (214, 208, 200))]
-        petals.append(f'<rect x="-1.55" y="-14.6" width="3.1" height="7.6" rx="1.55" fill="rgb({mix[0]},{mix[1]},{mix[2]})" '
-                      f'transform="rotate({i * 30})"/>')
+        red, green, blue = (round(tail + (head - tail) * near ** 1.4)
+                            for head, tail in ((158, 214), (86, 208), (44, 200)))
+        petals.append(rect(-1.6, -14.6, 3.2, 7.6, f"rgb({red},{green},{blue})", 1.6,
+                           f'transform="rotate({i * 30})"'))
     return document((32, 32), (-16, -16, 32, 32), "".join(petals))
 
 

@@ -81,11 +81,12 @@ def grain(x, y, w, h, seed, upright=True):
         bend = rnd.uniform(-4, 4)
         if upright:
             at = x + rnd.uniform(0, w)
-            path = f"M{at:.1f},{y:.1f} C{at + bend:.1f},{y + h / 3:.1f} {at - bend:.1f},{y + 2 * h / 3:.1f} {at:.1f},{y + h:.1f}"
+            points = [(at, y), (at + bend, y + h / 3), (at - bend, y + 2 * h / 3), (at, y + h)]
         else:
             at = y + rnd.uniform(0, h)
-            path = f"M{x:.1f},{at:.1f} C{x + w / 3:.1f},{at + bend:.1f} {x + 2 * w / 3:.1f},{at - bend:.1f} {x + w:.1f},{at:.1f}"
-        lines.append(f'<path d="{path}" fill="none" stroke="{tone}" stroke-width="{width:.1f}" '
+            points = [(x, at), (x + w / 3, at + bend), (x + 2 * w / 3, at - bend), (x + w, at)]
+        start, *curve = (f"{px:.1f},{py:.1f}" for px, py in points)
+        lines.append(f'<path d="M{start} C{" ".join(curve)}" fill="none" stroke="{tone}" stroke-width="{width:.1f}" '
                      f'opacity="{rnd.uniform(0.08, 0.22):.2f}"/>')
     return "".join(lines)
 

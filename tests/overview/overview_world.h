@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QPointer>
+#include <QString>
+
+#include "device/device_desc.h"
+#include "tests/app/log_capture.h"
+
+class Client_Overview;
+class QTreeWidgetItem;
+class Virelos;
+
+// What start-up makes, for the length of one test: metrics of the offscreen platform's screen, an empty
+// settings store, the console and, on request, the main window. Afterwards everything is gone, and the
+// process-wide objects are as they are at load. GUI thread only.
+class Overview_World
+{
+public:
+    explicit Overview_World(int device_class = 0);
+    ~Overview_World(); // waits for the identification of every record
+    Overview_World(const Overview_World &) = delete;
+    Overview_World &operator=(const Overview_World &) = delete;
+
+    Client_Overview *open();          // makes the main window, not shown
+    Client_Overview *open_and_show(); // and shows it
+    void set_debug(bool debug);       // the stored setting
+
+    // A record in device_list, without a service. It is freed with this world, `control` never.
+    Device_Desc *add_record(const QString &name, Virelos *control);
+
+    Log_Capture log; // all that is logged meanwhile
+
+    static QTreeWidgetItem *row(int position); // at top level
+    static void click(QTreeWidgetItem *item);  // with the mouse
+
+private:
+    QList<QPointer<Device_Desc>> records;
+};

@@ -1,0 +1,145 @@
+// SPDX-License-Identifier: MIT
+#include <QLabel>
+#include <QSettings>
+#include <QTabWidget>
+#include <QTextEdit>
+#include <QtTest>
+#include <memory>
+
+#include "app/client.h"
+#include "app/globals.h"
+#include "app/rzplattform.h"
+#include "device/device_desc.h"
+#include "settings/client_settings_air.h"
+#include "settings/rzslider.h"
+#include "tests/settings/probe_air.h"
+
+// Opening a speaker where one fixed tab of a kind is pointed at the chosen one.
+class tst_client_fixed_tabs : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup() { delete client; }
+    void a_phone_starts_with_a_disabled_air_tab();
+    void other_classes_have_no_fixed_tab_data();
+    void other_classes_have_no_fixed_tab();
+    void debug_tabs_stand_before_it();
+    void opening_a_speaker_points_the_tab_at_it();
+    void opening_another_points_the_same_tab_at_that_one();
+
+private:
+    void make_client(int device_class);
+
+    std::unique_ptr<Probe_Air> kitchen_air, bathroom_air;
+    std::unique_ptr<Device_Desc> kitchen, bathroom;
+};
+
+void tst_client_fixed_tabs::initTestCase()
+{
+    QCOMPARE(rzplattform::os_name(), QString("ios"));
+    QCoreApplication::setOrganizationName("tst_client_fixed_tabs");
+    settings = new QSettings;
+    plattform = new rzplattform;
+    kitchen_air = std::make_unique<Probe_Air>("Kitchen");
+    bathroom_air = std::make_unique<Probe_Air>("Bathroom");
+}
+
+void tst_client_fixed_tabs::init()
+{
+    client = nullptr;
+    settings->clear();
+    kitchen_air->volume = 20;
+    bathroom_air->volume = 80;
+    kitchen = std::make_unique<Device_Desc>(nullptr, false, QString());
+    kitchen->set_name("Kitchen");
+    kitchen->control = kitchen_air.get();
+    bathroom = std::make_unique<Device_Desc>(nullptr, false, QString());
+    bathroom->set_name("Bathroom");
+    bathroom->control = bathroom_air.get();
+}
+
+void tst_client_fixed_tabs::make_client(int device_class)
+{
+    plattform->device_class = device_class;
+    client = new Client(nullptr);
+}
+
+void tst_client_fixed_tabs::a_phone_starts_with_a_disabled_air_tab()
+{
+    make_client(DEVICE_PHONE);
+    QCOMPARE(client->air_tab_index, 1);
+    QCOMPARE(client->tabs->widget(1), client->air_tab);
+    QCOMPARE(client->tabs->tabText(1), QString("Air"));
+    QVERIFY(!client->tabs->isTabEnabled(1));
+    QCOMPARE(client->tabs->currentIndex(), 0);
+    QVERIFY(!client->air_tab->control && !client->air_tab->air && !client->air_tab->device);
+}
+
+void tst_client_fixed_tabs::other_classes_have_no_fixed_tab_data()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::newRow("unset") << 0;
+    QTest::newRow("tablet") << DEVICE_TABLET;
+    QTest::newRow("desktop") << DEVICE_DESKTOP;
+}
+
+void tst_client_fixed_tabs::other_classes_have_no_fixed_tab()
+{
+    QFETCH(int, device_class);
+    make_client(device_class);
+    QCOMPARE(client->tabs->count(), 1);
+    QCOMPARE(client->air_tab_index, 0);
+    QVERIFY(!client->air_tab);
+
+    client->show_air(kitchen.get());
+    QCOMPARE(kitchen->tab_index, 1);
+    QCOMPARE(client->tabs->tabText(1), QString("Kitchen"));
+}
+
+void tst_client_fixed_tabs::debug_tabs_stand_before_it()
+{
+    settings->setValue("debug", true);
+    debug_console = new QTextEdit; // the DEBUG tab takes it along when it goes
+    make_client(DEVICE_PHONE);
+    QCOMPARE(client->debug_tab_index, 1);
+    QVERIFY(client->air_tab_index > 1);
+    QCOMPARE(client->tabs->widget(client->air_tab_index), client->air_tab);
+}
+
+void tst_client_fixed_tabs::opening_a_speaker_points_the_tab_at_it()
+{
+    make_client(DEVICE_PHONE);
+    const int count = client->tabs->count();
+    client->show_air(kitchen.get());
+    QCOMPARE(client->tabs->count(), count);
+    QCOMPARE(client->tabs->currentIndex(), client->air_tab_index);
+    QCOMPARE(client->tabs->tabText(client->air_tab_index), QString("Kitchen"));
+    QVERIFY(client->tabs->isTabEnabled(client->air_tab_index));
+    QCOMPARE(client->air_tab->air, kitchen_air.get());
+    QCOMPARE(client->air_tab->device, kitchen.get());
+    QVERIFY(!client->air_tab->control);
+    QCOMPARE(client->air_tab->vol_slider->value(), 20);
+    QCOMPARE(kitchen->tab_index, -1);
+}
+
+void tst_client_fixed_tabs::opening_another_points_the_same_tab_at_that_one()
+{
+    make_client(DEVICE_PHONE);
+    const int count = client->tabs->count();
+    client->show_air(kitchen.get());
+    client->tabs->setCurrentIndex(0);
+    client->show_air(bathroom.get());
+    QCOMPARE(client->tabs->count(), count);
+    QCOMPARE(client->tabs->currentIndex(), client->air_tab_index);
+    QCOMPARE(client->tabs->tabText(client->air_tab_index), QString("Bathroom"));
+    QCOMPARE(client->air_tab->name_label->text(), QString("<b>Bathroom</b>"));
+    QCOMPARE(client->air_tab->vol_slider->value(), 80);
+    QCOMPARE(kitchen_air->volume, 20);
+    QCOMPARE(bathroom_air->volume, 80);
+}
+
+QTEST_MAIN(tst_client_fixed_tabs)
+#include "tst_client_fixed_tabs.moc"

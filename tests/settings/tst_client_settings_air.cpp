@@ -1,0 +1,483 @@
+// SPDX-License-Identifier: MIT
+#include <QComboBox>
+#include <QDial>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QtTest>
+
+#include "app/globals.h"
+#include "app/rzplattform.h"
+#include "device/speaker_types.h"
+#include "settings/client_settings_air.h"
+#include "settings/rzpixmaplabel.h"
+#include "settings/rzslider.h"
+#include "tests/settings/grid_probe.h"
+#include "tests/settings/log_trap.h"
+#include "tests/settings/marking_translator.h"
+#include "tests/settings/probe_air.h"
+
+static QStringList entries(const QComboBox *combo)
+{
+    QStringList texts;
+    for (int index = 0; index < combo->count(); ++index)
+        texts.append(combo->itemText(index));
+    return texts;
+}
+
+// How the tab is built; what it does is told in tst_client_settings_air_slots and _refresh.
+class tst_client_settings_air : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { plattform = new rzplattform; }
+    void init();
+    void everything_stands_in_its_place_data();
+    void everything_stands_in_its_place();
+    void nothing_else_stands_in_the_grid_data();
+    void nothing_else_stands_in_the_grid();
+    void captions_stand_right_and_the_read_out_in_the_middle_data();
+    void captions_stand_right_and_the_read_out_in_the_middle();
+    void items_are_added_in_the_order_of_the_rows();
+    void the_banner_is_the_wide_one_above_2000_pixels();
+    void the_slider_is_set_up_for_a_volume();
+    void the_dial_wraps_and_shows_no_volume();
+    void combos_have_their_entries_in_order();
+    void buttons_have_their_texts();
+    void speaker_labels_show_name_and_model_data();
+    void speaker_labels_show_name_and_model();
+    void letters_select_their_entries_data();
+    void letters_select_their_entries();
+    void the_bass_value_is_the_index_data();
+    void the_bass_value_is_the_index();
+    void mute_and_lock_are_checked_by_any_value_but_0();
+    void the_read_out_has_the_form_of_the_constructor_data();
+    void the_read_out_has_the_form_of_the_constructor();
+    void the_fence_starts_at_the_volume();
+    void construction_asks_nothing_of_the_speaker_data();
+    void construction_asks_nothing_of_the_speaker();
+    void without_a_speaker_the_controls_keep_their_defaults_data();
+    void without_a_speaker_the_controls_keep_their_defaults();
+    void texts_are_translated_in_the_context_of_the_class();
+    void the_slots_stand_in_order();
+
+private:
+    void add_device_classes();
+    Probe_Air air;
+};
+
+void tst_client_settings_air::init()
+{
+    plattform->device_class = 0;
+    plattform->desktop_width = 1920;
+    air.input = 'W';
+    air.position = 'F';
+    air.room = 'R';
+    air.bass = 0;
+    air.volume = 42;
+    air.mute = air.lock = 0;
+    air.pending = 0;
+}
+
+void tst_client_settings_air::add_device_classes()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::newRow("unset") << 0;
+    QTest::newRow("phone") << DEVICE_PHONE;
+    QTest::newRow("tablet") << DEVICE_TABLET;
+    QTest::newRow("desktop") << DEVICE_DESKTOP;
+}
+
+using Places = QMap<QString, QList<int>>;
+
+// Places are row, column, row span, column span.
+static const Places desktop_places = {
+    {"banner", {0, 0, 1, 6}}, {"name", {1, 1, 1, 1}},     {"model", {1, 2, 1, 1}}, {"dial", {1, 3, 6, 3}},
+    {"slider", {2, 1, 1, 2}}, {"read-out", {7, 3, 1, 3}}, {"input", {4, 1, 1, 1}}, {"position", {5, 1, 1, 1}},
+    {"bass", {6, 1, 1, 1}},   {"room", {7, 1, 1, 1}},     {"beep", {8, 3, 1, 1}},  {"mute", {8, 4, 1, 1}},
+    {"lock", {8, 5, 1, 1}},
+};
+static const Places tablet_places = {
+    {"banner", {0, 0, 1, 6}}, {"name", {1, 1, 1, 1}},     {"model", {1, 2, 1, 1}},
+    {"dial", {1, 3, 9, 3}},   {"slider", {2, 1, 1, 2}},   {"read-out", {10, 3, 1, 3}},
+    {"input", {4, 1, 1, 1}},  {"position", {6, 1, 1, 1}}, {"bass", {8, 1, 1, 1}},
+    {"room", {10, 1, 1, 1}},  {"beep", {12, 3, 1, 1}},    {"mute", {12, 4, 1, 1}},
+    {"lock", {12, 5, 1, 1}},
+};
+static const Places phone_places = {
+    {"banner", {0, 0, 1, 3}}, {"name", {1, 1, 1, 1}},     {"model", {1, 2, 1, 1}}, {"dial", {}},
+    {"slider", {2, 1, 1, 2}}, {"read-out", {3, 1, 1, 1}}, {"input", {4, 1, 1, 1}}, {"position", {6, 1, 1, 1}},
+    {"bass", {7, 1, 1, 1}},   {"room", {8, 1, 1, 1}},     {"beep", {10, 0, 1, 1}}, {"mute", {10, 1, 1, 1}},
+    {"lock", {10, 2, 1, 1}},
+};
+
+void tst_client_settings_air::everything_stands_in_its_place_data()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::addColumn<Places>("places");
+    QTest::newRow("unset") << 0 << desktop_places;
+    QTest::newRow("phone") << DEVICE_PHONE << phone_places;
+    QTest::newRow("tablet") << DEVICE_TABLET << tablet_places;
+    QTest::newRow("desktop") << DEVICE_DESKTOP << desktop_places;
+}
+
+void tst_client_settings_air::everything_stands_in_its_place()
+{
+    QFETCH(int, device_class);
+    QFETCH(Places, places);
+    plattform->device_class = device_class;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QCOMPARE(tab.layout(), tab.grid);
+
+    const QMap<QString, QWidget *> widgets = {
+        {"banner", label_at(tab.grid, 0, 0)},
+        {"name", tab.name_label},
+        {"model", tab.model_label},
+        {"dial", tab.vol_dial},
+        {"slider", tab.vol_slider},
+        {"read-out", tab.vol_label},
+        {"input", tab.input_combo},
+        {"position", tab.position_combo},
+        {"bass", tab.bass_combo},
+        {"room", tab.room_combo},
+        {"beep", tab.beep_button},
+        {"mute", tab.mute_button},
+        {"lock", tab.lock_button},
+    };
+    QVERIFY(qobject_cast<RZPixmapLabel *>(widgets["banner"]));
+    for (const QString &item : places.keys())
+        QVERIFY2(place_of(tab.grid, widgets[item]) == places[item], qPrintable(item));
+}
+
+using Texts = QMap<int, QString>;
+
+void tst_client_settings_air::nothing_else_stands_in_the_grid_data()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::addColumn<Texts>("first_column"); // the captions and spacers by row
+    QTest::addColumn<int>("others");         // banner, two labels, slider, read-out, combos, buttons, dial
+    const Texts desktop = {{1, "Speaker:"},          {2, "SPDIF Vol:"},  {4, "Active Input:"},
+                           {5, "Speaker Position:"}, {6, "Bass Level:"}, {7, "Room Type:"}};
+    const Texts tablet = {{1, "Speaker:"}, {2, "SPDIF Vol:"},        {4, "Active Input:"}, {5, " "},
+                          {7, " "},        {6, "Speaker Position:"}, {8, "Bass Level:"},   {9, " "},
+                          {11, " "},       {10, "Room Type:"}};
+    const Texts phone = {{1, "Speaker:"},          {2, "SPDIF Vol:"},  {4, "Active Input:"}, {5, " "},
+                         {6, "Speaker Position:"}, {7, "Bass Level:"}, {8, "Room Type:"},    {9, " "}};
+    QTest::newRow("unset") << 0 << desktop << 13;
+    QTest::newRow("phone") << DEVICE_PHONE << phone << 12;
+    QTest::newRow("tablet") << DEVICE_TABLET << tablet << 13;
+    QTest::newRow("desktop") << DEVICE_DESKTOP << desktop << 13;
+}
+
+void tst_client_settings_air::nothing_else_stands_in_the_grid()
+{
+    QFETCH(int, device_class);
+    QFETCH(Texts, first_column);
+    QFETCH(int, others);
+    plattform->device_class = device_class;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    for (const int row : first_column.keys()) {
+        QCOMPARE(text_at(tab.grid, row, 0), first_column[row]);
+        QCOMPARE(place_of(tab.grid, label_at(tab.grid, row, 0)), (QList<int>{row, 0, 1, 1}));
+    }
+    QCOMPARE(tab.grid->count(), first_column.size() + others);
+}
+
+void tst_client_settings_air::captions_stand_right_and_the_read_out_in_the_middle_data()
+{
+    add_device_classes();
+}
+
+void tst_client_settings_air::captions_stand_right_and_the_read_out_in_the_middle()
+{
+    QFETCH(int, device_class);
+    plattform->device_class = device_class;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    int captions = 0;
+    for (int row = 1; row < tab.grid->rowCount(); ++row) {
+        QLabel *caption = label_at(tab.grid, row, 0);
+        if (!caption || !caption->text().endsWith(':'))
+            continue;
+        QCOMPARE(alignment_of(tab.grid, caption), Qt::AlignRight);
+        ++captions;
+    }
+    QCOMPARE(captions, 6);
+    QCOMPARE(alignment_of(tab.grid, tab.vol_label), Qt::AlignCenter);
+    QCOMPARE(alignment_of(tab.grid, tab.vol_slider), Qt::Alignment());
+}
+
+void tst_client_settings_air::items_are_added_in_the_order_of_the_rows()
+{
+    plattform->device_class = DEVICE_DESKTOP;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    const QList<QWidget *> order = {tab.name_label, tab.model_label, tab.vol_dial,       tab.vol_slider,
+                                    tab.vol_label,  tab.input_combo, tab.position_combo, tab.bass_combo,
+                                    tab.room_combo, tab.beep_button, tab.mute_button,    tab.lock_button};
+    int before = -1;
+    for (QWidget *widget : order) {
+        QVERIFY(tab.grid->indexOf(widget) > before);
+        before = tab.grid->indexOf(widget);
+    }
+}
+
+void tst_client_settings_air::the_banner_is_the_wide_one_above_2000_pixels()
+{
+    plattform->desktop_width = 2000;
+    const Client_Settings_Air narrow(nullptr, &air, nullptr);
+    plattform->desktop_width = 2001;
+    const Client_Settings_Air wide(nullptr, &air, nullptr);
+    const auto size = [](const Client_Settings_Air &tab) {
+        return qobject_cast<RZPixmapLabel *>(label_at(tab.grid, 0, 0))->source_pixmap.size();
+    };
+    QCOMPARE(size(narrow), QSize(640, 219));
+    QCOMPARE(size(wide), QSize(2048, 701));
+}
+
+void tst_client_settings_air::the_slider_is_set_up_for_a_volume()
+{
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QCOMPARE(tab.vol_slider->orientation(), Qt::Horizontal);
+    QCOMPARE(tab.vol_slider->minimum(), 0);
+    QCOMPARE(tab.vol_slider->maximum(), 100);
+    QCOMPARE(tab.vol_slider->singleStep(), 1);
+    QCOMPARE(tab.vol_slider->pageStep(), 10);
+    QVERIFY(tab.vol_slider->hasTracking());
+    QCOMPARE(tab.vol_slider->tickPosition(), QSlider::TicksBothSides);
+    QCOMPARE(tab.vol_slider->tickInterval(), 10);
+    QCOMPARE(tab.vol_slider->value(), 42);
+}
+
+void tst_client_settings_air::the_dial_wraps_and_shows_no_volume()
+{
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QCOMPARE(tab.vol_dial->minimum(), 0);
+    QCOMPARE(tab.vol_dial->maximum(), 50);
+    QVERIFY(tab.vol_dial->wrapping());
+    QVERIFY(tab.vol_dial->hasTracking());
+    QCOMPARE(tab.vol_dial->value(), 0);
+    QCOMPARE(tab.dial_last, 0);
+    QCOMPARE(tab.dial_spare, 0);
+}
+
+void tst_client_settings_air::combos_have_their_entries_in_order()
+{
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QCOMPARE(entries(tab.input_combo),
+             (QStringList{"WiFi", "Coaxial (1)", "Optical (2)", "Bluetooth", "Automatic"}));
+    QCOMPARE(entries(tab.position_combo), (QStringList{"Free", "Wall", "Corner"}));
+    QCOMPARE(entries(tab.bass_combo), (QStringList{"Bass -1", "Bass Normal", "Bass +1", "Bass +2"}));
+    QCOMPARE(entries(tab.room_combo),
+             (QStringList{"Strong Reverb", "Reverb", "Normal Room", "Dampened", "Strongly Dampened"}));
+}
+
+void tst_client_settings_air::buttons_have_their_texts()
+{
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QCOMPARE(tab.beep_button->text(), QString("Beep!"));
+    QCOMPARE(tab.mute_button->text(), QString("Mute"));
+    QCOMPARE(tab.lock_button->text(), QString("Lock"));
+    QVERIFY(!tab.beep_button->isCheckable());
+    QVERIFY(tab.mute_button->isCheckable());
+    QVERIFY(tab.lock_button->isCheckable());
+}
+
+void tst_client_settings_air::speaker_labels_show_name_and_model_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QString>("model");
+    QTest::newRow("known") << 13 << "(" + model_name(13) + ")";
+    QTest::newRow("outside the table") << 99 << "(Unknown Speaker :-()";
+}
+
+void tst_client_settings_air::speaker_labels_show_name_and_model()
+{
+    QFETCH(int, type);
+    Probe_Air speaker("Living Room", type);
+    const Client_Settings_Air tab(nullptr, &speaker, nullptr);
+    QCOMPARE(tab.name_label->text(), QString("<b>Living Room</b>"));
+    QTEST(tab.model_label->text(), "model");
+    QCOMPARE(tab.air, &speaker);
+    QCOMPARE(tab.control, &speaker);
+}
+
+void tst_client_settings_air::letters_select_their_entries_data()
+{
+    QTest::addColumn<char>("letter");
+    QTest::addColumn<int>("input");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<int>("room");
+    QTest::newRow("W") << 'W' << 0 << 1 << -1;
+    QTest::newRow("D") << 'D' << 1 << -1 << 4;
+    QTest::newRow("d") << 'd' << 2 << -1 << 3;
+    QTest::newRow("B") << 'B' << 3 << -1 << -1;
+    QTest::newRow("A") << 'A' << 4 << -1 << -1;
+    QTest::newRow("F") << 'F' << 4 << 0 << -1;
+    QTest::newRow("C") << 'C' << 4 << 2 << -1;
+    QTest::newRow("R") << 'R' << 4 << -1 << 0;
+    QTest::newRow("r") << 'r' << 4 << -1 << 1;
+    QTest::newRow("n") << 'n' << 4 << -1 << 2;
+    QTest::newRow("unknown") << '-' << 4 << -1 << -1;
+    QTest::newRow("never answered") << '\0' << 4 << -1 << -1;
+    QTest::newRow("above ASCII") << '\xff' << 4 << -1 << -1;
+}
+
+void tst_client_settings_air::letters_select_their_entries()
+{
+    QFETCH(char, letter);
+    air.input = air.position = air.room = letter;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QTEST(tab.input_combo->currentIndex(), "input");
+    QTEST(tab.position_combo->currentIndex(), "position");
+    QTEST(tab.room_combo->currentIndex(), "room");
+}
+
+void tst_client_settings_air::the_bass_value_is_the_index_data()
+{
+    QTest::addColumn<int>("bass");
+    QTest::addColumn<int>("index");
+    for (int bass = 0; bass < 4; ++bass)
+        QTest::addRow("%d", bass) << bass << bass;
+    QTest::newRow("4") << 4 << -1;
+    QTest::newRow("below 0") << -7 << -1;
+    QTest::newRow("highest") << std::numeric_limits<int>::max() << -1;
+    QTest::newRow("lowest") << std::numeric_limits<int>::min() << -1;
+}
+
+void tst_client_settings_air::the_bass_value_is_the_index()
+{
+    QFETCH(int, bass);
+    air.bass = bass;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QTEST(tab.bass_combo->currentIndex(), "index");
+}
+
+void tst_client_settings_air::mute_and_lock_are_checked_by_any_value_but_0()
+{
+    air.mute = 1;
+    air.lock = 0;
+    const Client_Settings_Air muted(nullptr, &air, nullptr);
+    QVERIFY(muted.mute_button->isChecked());
+    QVERIFY(!muted.lock_button->isChecked());
+
+    air.mute = 0;
+    air.lock = -1;
+    const Client_Settings_Air locked(nullptr, &air, nullptr);
+    QVERIFY(!locked.mute_button->isChecked());
+    QVERIFY(locked.lock_button->isChecked());
+}
+
+void tst_client_settings_air::the_read_out_has_the_form_of_the_constructor_data()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("unset") << 0 << "SPDIF Vol:42  / 100";
+    QTest::newRow("phone") << DEVICE_PHONE << "42  / 100";
+    QTest::newRow("tablet") << DEVICE_TABLET << "SPDIF Vol:42  / 100";
+    QTest::newRow("desktop") << DEVICE_DESKTOP << "SPDIF Vol:42  / 100";
+}
+
+void tst_client_settings_air::the_read_out_has_the_form_of_the_constructor()
+{
+    QFETCH(int, device_class);
+    plattform->device_class = device_class;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QTEST(tab.vol_label->text(), "text");
+}
+
+void tst_client_settings_air::the_fence_starts_at_the_volume()
+{
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    QCOMPARE(tab.slider_last, 42);
+    QVERIFY(!tab.mute_timer);
+}
+
+void tst_client_settings_air::construction_asks_nothing_of_the_speaker_data()
+{
+    add_device_classes();
+}
+
+void tst_client_settings_air::construction_asks_nothing_of_the_speaker()
+{
+    QFETCH(int, device_class);
+    plattform->device_class = device_class;
+    Probe_Air speaker;
+    speaker.input = 'B'; // without a record, a Bluetooth request would crash
+    speaker.position = 'C';
+    speaker.room = 'D';
+    speaker.bass = 3;
+    speaker.volume = 77;
+    speaker.mute = speaker.lock = 1;
+    speaker.mt = 5;
+    speaker.pending = 0;
+    const Client_Settings_Air tab(nullptr, &speaker, nullptr);
+    QCOMPARE(speaker.pending, 0);
+    QCOMPARE(speaker.volumes, QList<int>());
+    QCOMPARE(speaker.mutes, QStringList());
+    QVERIFY(!tab.mute_timer);
+}
+
+void tst_client_settings_air::without_a_speaker_the_controls_keep_their_defaults_data()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("unset") << 0 << "SPDIF Vol:0  / 100";
+    QTest::newRow("phone") << DEVICE_PHONE << "0  / 100";
+    QTest::newRow("tablet") << DEVICE_TABLET << "SPDIF Vol:0  / 100";
+    QTest::newRow("desktop") << DEVICE_DESKTOP << "SPDIF Vol:0  / 100";
+}
+
+void tst_client_settings_air::without_a_speaker_the_controls_keep_their_defaults()
+{
+    QFETCH(int, device_class);
+    plattform->device_class = device_class;
+    const Client_Settings_Air tab(nullptr, nullptr, nullptr);
+    QVERIFY(!tab.control && !tab.air && !tab.device);
+    QVERIFY(!tab.name_label && !tab.model_label);
+    QCOMPARE(text_at(tab.grid, 1, 0), QString("Speaker:"));
+    QVERIFY(widgets_at(tab.grid, 1, 1).isEmpty());
+    QVERIFY(widgets_at(tab.grid, 1, 2).isEmpty());
+    QCOMPARE(tab.vol_slider->value(), 0);
+    QCOMPARE(tab.slider_last, 0);
+    QTEST(tab.vol_label->text(), "text");
+    for (const QComboBox *combo : {tab.input_combo, tab.position_combo, tab.bass_combo, tab.room_combo})
+        QCOMPARE(combo->currentIndex(), 0);
+    QVERIFY(!tab.mute_button->isChecked());
+    QVERIFY(!tab.lock_button->isChecked());
+}
+
+void tst_client_settings_air::texts_are_translated_in_the_context_of_the_class()
+{
+    Marking_Translator translator("Client_Settings_Air");
+    QCoreApplication::installTranslator(&translator);
+    plattform->device_class = DEVICE_TABLET;
+    const Client_Settings_Air tab(nullptr, &air, nullptr);
+    for (int row = 1; row <= 11; ++row)
+        if (const QLabel *label = label_at(tab.grid, row, 0))
+            QVERIFY2(label->text().startsWith('#'), qPrintable(label->text()));
+    for (const QComboBox *combo : {tab.input_combo, tab.position_combo, tab.bass_combo, tab.room_combo})
+        for (const QString &entry : entries(combo))
+            QVERIFY2(entry.startsWith('#'), qPrintable(entry));
+    for (const QPushButton *button : {tab.beep_button, tab.mute_button, tab.lock_button})
+        QVERIFY2(button->text().startsWith('#'), qPrintable(button->text()));
+    QCOMPARE(tab.vol_label->text(), QString("#SPDIF Vol:42  / 100"));
+    QCOMPARE(tab.name_label->text(), QString("<b>Kitchen</b>"));
+}
+
+void tst_client_settings_air::the_slots_stand_in_order()
+{
+    const QMetaObject &meta = Client_Settings_Air::staticMetaObject;
+    QStringList slot_names;
+    for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
+        QCOMPARE(meta.method(index).methodType(), QMetaMethod::Slot);
+        QCOMPARE(meta.method(index).access(), QMetaMethod::Private);
+        slot_names.append(meta.method(index).methodSignature());
+    }
+    QCOMPARE(slot_names,
+             (QStringList{"inputChanged(int)", "dialValueChanged(int)", "sliderValueChanged(int)",
+                          "sliderPressed()", "beepClicked()", "lockToggled(bool)", "muteToggled(bool)",
+                          "muteTimer()", "bassClicked(int)", "positionClicked(int)", "roomClicked(int)"}));
+}
+
+QTEST_MAIN(tst_client_settings_air)
+#include "tst_client_settings_air.moc"

@@ -26,16 +26,15 @@ bool is_record_of(const Device_Desc *device, const QZeroConfService &zcs)
     return device->name == zcs->name && device->ip == ip_text(zcs) && device->port.toInt() == zcs->port;
 }
 
-// A record whose thread still runs goes when the thread has ended; a running thread is never destroyed.
+// A record whose thread still runs goes when the thread has ended; a running thread is never destroyed. The
+// connection comes before the question, so that an end between the two is not missed.
 void delete_record(Device_Desc *device)
 {
-    if (!device->isRunning()) {
-        delete device;
-        return;
-    }
     device->disconnect();
     device->setParent(nullptr);
     QObject::connect(device, &QThread::finished, device, &QObject::deleteLater);
+    if (!device->isRunning())
+        delete device;
 }
 } // namespace
 

@@ -1,0 +1,664 @@
+// SPDX-License-Identifier: MIT
+#include <QLabel>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <QTranslator>
+#include <QTreeWidget>
+
+#include "app/client.h"
+#include "app/globals.h"
+#include "app/rzplattform.h"
+#include "control/virelo_unknown.h"
+#include "overview/client_overview.h"
+#include "settings/rzpushbutton.h"
+#include "simulator/loopback.h"
+#include "tests/fakes/fake_dns_sd.h"
+#include "tests/overview/air_waves.h"
+#include "tests/overview/overview_world.h"
+#include "tests/overview/silent_speaker.h"
+#include "zeroconf/qzeroconf.h"
+
+using fake_dns_sd::Kind;
+
+namespace
+{
+constexpr quint16 closed_port = 9; // nothing listens on the test's own loopback addresses
+
+QStringList listed_names()
+{
+    QStringList names;
+    for (const Device_Desc *device : qAsConst(device_list))
+        names << device->name;
+    return names;
+}
+
+QStringList row_names()
+{
+    QStringList names;
+    for (int i = 0; i < overview->tree->topLevelItemCount(); ++i)
+        names << overview->tree->topLevelItem(i)->text(1);
+    return names;
+}
+
+QString label()
+{
+    return overview->status_label->text();
+}
+
+bool all_is_quiet()
+{
+    const QMutexLocker lock(&resolves_mutex);
+    return resolves_running == 0;
+}
+} // namespace
+
+// The road from discovery's signals to device_list and back.
+class tst_client_overview_devices : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { resolves_running = 0; }
+
+    void browse_is_started_by_the_constructor();
+    void network_without_speakers_stays_searching();
+    void failed_browse_looks_like_an_empty_network();
+    void lost_browse_takes_every_speaker_away();
+
+    void found_speaker_is_counted_before_its_row_shows_data();
+    void found_speaker_is_counted_before_its_row_shows();
+    void count_is_told_in_german_in_german();
+    void silent_speaker_keeps_every_row_away();
+    void speakers_that_arrive_while_others_are_in_flight_are_counted_on();
+    void service_is_known_by_name_address_and_port_data();
+    void service_is_known_by_name_address_and_port();
+    void known_service_leaves_list_label_and_tree_as_they_are();
+    void one_speaker_on_two_interfaces_is_one_record();
+    void same_name_at_a_new_address_is_a_second_record_and_row();
+    void speaker_that_arrives_while_a_record_is_made_comes_first();
+    void service_reported_again_while_its_record_is_made_gets_a_second_one();
+    void second_address_changes_nothing_and_is_logged();
+
+    void removed_speaker_leaves_list_and_tree();
+    void removal_compares_name_address_and_port_data();
+    void removal_compares_name_address_and_port();
+    void removal_without_match_redraws_nothing();
+    void removal_stops_at_the_first_match();
+    void removal_clears_the_count();
+    void removed_record_goes_on_until_it_ends_by_itself();
+    void removed_master_stays_the_master();
+    void tab_of_a_removed_record_stays_and_a_new_record_gets_another();
+
+    void deleted_records_leave_nothing_behind();
+    void deleted_record_in_flight_goes_when_its_thread_has_ended();
+
+    void status_ends_in_one_character_of_that_code_data();
+    void status_ends_in_one_character_of_that_code();
+    void status_text_is_painted_at_once();
+    void progress_signal_of_a_record_reaches_nobody();
+    void reload_does_not_browse_again();
+    void dummy_redraws();
+};
+
+void tst_client_overview_devices::browse_is_started_by_the_constructor()
+{
+    Overview_World world;
+    world.open();
+    const QList<fake_dns_sd::Call> browses = fake_dns_sd::calls(Kind::Browse);
+    QCOMPARE(browses.size(), 1);
+    QCOMPARE(browses.first().type, QByteArray("_lodeset._tcp"));
+    QVERIFY(browses.first().domain.isNull());
+    QCOMPARE(world.log.texts.last(),
+             QString("$$$ Client_Overview::Client_Overview(): zeroConf created and startBrowser() called"));
+
+    air_waves::approach("Kitchen", 1, closed_port);
+    QCOMPARE(fake_dns_sd::last_call(Kind::GetAddrInfo).protocol, 1U); // IPv4
+}
+
+void tst_client_overview_devices::network_without_speakers_stays_searching()
+{
+    Overview_World world;
+    world.open_and_show();
+    QVERIFY(device_list.isEmpty());
+    QCOMPARE(label(), QString("<b>Searching Speakers...</b>"));
+    QVERIFY(overview->spinner_label->isVisible());
+    for (QPushButton *button : {overview->update_button, overview->group_button, overview->wifi_button})
+        QVERIFY(!button->isEnabled());
+    QVERIFY(overview->quit_button->isEnabled());
+    // Nothing would end the search: there is no timer.
+    QVERIFY(overview->findChildren<QTimer *>(QString(), Qt::FindDirectChildrenOnly).isEmpty());
+    QVERIFY(!overview->spare_timer.isActive());
+}
+
+void tst_client_overview_devices::failed_browse_looks_like_an_empty_network()
+{
+    Overview_World world;
+    fake_dns_sd::fail_next(Kind::Browse, -65563);
+    world.open_and_show();
+    QCoreApplication::processEvents();
+    QVERIFY(fake_dns_sd::open_refs(Kind::Browse).isEmpty());
+    QCOMPARE(label(), QString("<b>Searching Speakers...</b>"));
+    QVERIFY(overview->spinner_label->isVisible());
+}
+
+void tst_client_overview_devices::lost_browse_takes_every_speaker_away()
+{
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    air_waves::announce("Hall", 1, own_loopback(2), closed_port);
+    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Hall"}));
+    fake_dns_sd::error_reply(fake_dns_sd::last_call(Kind::Browse).ref, -65563);
+    QTRY_VERIFY(device_list.isEmpty());
+    QCOMPARE(row_names(), QStringList());
+}
+
+void tst_client_overview_devices::found_speaker_is_counted_before_its_row_shows_data()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("unset") << 0 << "<b>Speakers Found: 1...</b>";
+    QTest::newRow("phone") << DEVICE_PHONE << "<b>Found 1...</b>";
+    QTest::newRow("tablet") << DEVICE_TABLET << "<b>Speakers Found: 1...</b>";
+    QTest::newRow("desktop") << DEVICE_DESKTOP << "<b>Speakers Found: 1...</b>";
+}
+
+void tst_client_overview_devices::found_speaker_is_counted_before_its_row_shows()
+{
+    QFETCH(int, device_class);
+    QFETCH(QString, text);
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world(device_class);
+    world.open_and_show();
+    overview->spinner_label->hide();
+    air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
+    QTRY_COMPARE(device_list.size(), 1);
+    const Device_Desc *device = device_list.first();
+    QCOMPARE(device->name, QString("Kitchen"));
+    QCOMPARE(device->ip, own_loopback(1));
+    QCOMPARE(device->port.toInt(), int(speaker.http_port()));
+    QCOMPARE(device->parent(), overview);
+    QVERIFY(!device->is_group);
+    QCOMPARE(device->tab_index, -1);
+    QCOMPARE(label(), text);
+    QVERIFY(overview->spinner_label->isVisible());
+    QCOMPARE(row_names(), QStringList());
+
+    speaker.end();
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    QCOMPARE(label(), QString());
+    QVERIFY(!overview->spinner_label->isVisible());
+}
+
+void tst_client_overview_devices::count_is_told_in_german_in_german()
+{
+    QTranslator german;
+    QVERIFY(german.load("VIRELO_de_DE", ":/translations/"));
+    QCoreApplication::installTranslator(&german);
+    for (const int device_class : {0, DEVICE_PHONE}) {
+        Silent_Speaker speaker(own_loopback(1));
+        Overview_World world(device_class);
+        world.open();
+        air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
+        QTRY_COMPARE(device_list.size(), 1);
+        const char *source = device_class == DEVICE_PHONE ? "<b>Found " : "<b>Speakers Found: ";
+        QCOMPARE(label(), german.translate("Client_Overview", source) + "1...</b>");
+        QVERIFY(!label().startsWith(source));
+        speaker.end();
+    }
+}
+
+void tst_client_overview_devices::silent_speaker_keeps_every_row_away()
+{
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world;
+    world.open();
+    air_waves::announce("Silent", 1, own_loopback(1), speaker.http_port());
+    QTRY_COMPARE(device_list.size(), 1);
+    QCOMPARE(resolves_running, 6); // five requests and the thread
+    air_waves::announce("Kitchen", 1, own_loopback(2), closed_port);
+    QTRY_VERIFY(device_list.size() == 2 && device_list.last()->control);
+    QTRY_COMPARE(resolves_running, 6);
+    QCOMPARE(row_names(), QStringList());
+
+    speaker.end();
+    QTRY_COMPARE(row_names(), QStringList({"Silent", "Kitchen"}));
+}
+
+void tst_client_overview_devices::speakers_that_arrive_while_others_are_in_flight_are_counted_on()
+{
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world;
+    world.open();
+    air_waves::announce("Silent", 1, own_loopback(1), speaker.http_port());
+    QTRY_COMPARE(label(), QString("<b>Speakers Found: 1...</b>"));
+    air_waves::announce("Kitchen", 1, own_loopback(2), closed_port);
+    QTRY_COMPARE(label(), QString("<b>Speakers Found: 2...</b>"));
+    air_waves::announce("Hall", 1, own_loopback(3), closed_port);
+    QTRY_COMPARE(label(), QString("<b>Speakers Found: 3...</b>"));
+    speaker.end();
+}
+
+void tst_client_overview_devices::service_is_known_by_name_address_and_port_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<int>("port");
+    QTest::addColumn<bool>("known");
+    const QString address = own_loopback(1);
+    QTest::newRow("same") << "Kitchen" << address << 80 << true;
+    QTest::newRow("other name") << "Hall" << address << 80 << false;
+    QTest::newRow("other case") << "kitchen" << address << 80 << false;
+    QTest::newRow("other address") << "Kitchen" << own_loopback(2) << 80 << false;
+    QTest::newRow("other port") << "Kitchen" << address << 81 << false;
+    QTest::newRow("first of two known") << "Attic" << own_loopback(9) << 8080 << true;
+}
+
+void tst_client_overview_devices::service_is_known_by_name_address_and_port()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, address);
+    QFETCH(int, port);
+    QFETCH(bool, known);
+    Overview_World world;
+    world.open();
+    Device_Desc *attic = world.add_record("Attic", new Virelo_Unknown(255, "", ""));
+    attic->set_ip(own_loopback(9));
+    attic->set_port("08080"); // compared as a number
+    Device_Desc *kitchen = world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
+    kitchen->set_ip(own_loopback(1));
+    kitchen->set_port("80");
+
+    overview->addService(air_waves::service(name, address, quint16(port)));
+    QCOMPARE(device_list.size(), known ? 2 : 3);
+    QCOMPARE(world.log.texts.contains("$$$ Device already exists!"), known);
+    QTRY_VERIFY(all_is_quiet());
+}
+
+void tst_client_overview_devices::known_service_leaves_list_label_and_tree_as_they_are()
+{
+    Overview_World world;
+    world.open_and_show();
+    overview->addService(air_waves::service("Kitchen", own_loopback(1), closed_port));
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    const QTreeWidgetItem *row = Overview_World::row(0);
+    const QList<Device_Desc *> before = device_list;
+
+    overview->addService(air_waves::service("Kitchen", own_loopback(1), closed_port));
+    QCoreApplication::processEvents();
+    QCOMPARE(device_list, before);
+    QCOMPARE(label(), QString());
+    QCOMPARE(Overview_World::row(0), row);
+    QVERIFY(!overview->spinner_label->isVisible());
+}
+
+void tst_client_overview_devices::one_speaker_on_two_interfaces_is_one_record()
+{
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    air_waves::announce("Kitchen", 2, own_loopback(1), closed_port);
+    QTRY_COMPARE(overview->zeroConf->services.size(), 2);
+    QCOMPARE(device_list.size(), 1);
+    QCOMPARE(row_names(), QStringList("Kitchen"));
+    QVERIFY(world.log.texts.contains("$$$ Device already exists!"));
+}
+
+void tst_client_overview_devices::same_name_at_a_new_address_is_a_second_record_and_row()
+{
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    air_waves::announce("Kitchen", 2, own_loopback(2), closed_port);
+    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Kitchen"}));
+    QCOMPARE(device_list.at(0)->ip, own_loopback(1));
+    QCOMPARE(device_list.at(1)->ip, own_loopback(2));
+
+    air_waves::withdraw("Kitchen", 1); // the old one stays until a removal names it
+    QTRY_COMPARE(device_list.size(), 1);
+    QCOMPARE(device_list.first()->ip, own_loopback(2));
+}
+
+void tst_client_overview_devices::speaker_that_arrives_while_a_record_is_made_comes_first()
+{
+    Silent_Speaker first_speaker(own_loopback(1));
+    Silent_Speaker second_speaker(own_loopback(2));
+    Overview_World world;
+    world.open();
+    const DNSServiceRef first = air_waves::approach("First", 1, first_speaker.http_port());
+    const DNSServiceRef second = air_waves::approach("Second", 1, second_speaker.http_port());
+    // Both wait: the record of the one runs events before it is listed, and the other comes in.
+    air_waves::answer(first, 1, own_loopback(1));
+    air_waves::answer(second, 1, own_loopback(2));
+    QTRY_COMPARE(device_list.size(), 2);
+    // Which notifier fires first is the event loop's affair: the one reported within the other is listed
+    // first.
+    const bool as_sent = world.log.texts.indexOf(QRegularExpression(".*Added service.* First .*")) <
+                         world.log.texts.indexOf(QRegularExpression(".*Added service.* Second .*"));
+    QCOMPARE(listed_names(), as_sent ? QStringList({"Second", "First"}) : QStringList({"First", "Second"}));
+    QCOMPARE(label(), QString("<b>Speakers Found: 2...</b>"));
+    first_speaker.end();
+    second_speaker.end();
+    QTRY_COMPARE(overview->tree->topLevelItemCount(), 2);
+}
+
+void tst_client_overview_devices::service_reported_again_while_its_record_is_made_gets_a_second_one()
+{
+    Overview_World world;
+    world.open();
+    const DNSServiceRef first = air_waves::approach("Kitchen", 1, closed_port);
+    const DNSServiceRef second = air_waves::approach("Kitchen", 2, closed_port);
+    air_waves::answer(first, 1, own_loopback(1));
+    air_waves::answer(second, 2, own_loopback(1));
+    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Kitchen"}));
+    QVERIFY(device_list.at(0) != device_list.at(1));
+}
+
+void tst_client_overview_devices::second_address_changes_nothing_and_is_logged()
+{
+    Overview_World world;
+    world.open();
+    const DNSServiceRef handle = air_waves::approach("Kitchen", 1, closed_port);
+    air_waves::answer(handle, 1, own_loopback(1));
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    air_waves::answer(handle, 1, own_loopback(2));
+    const QString text =
+        QString("$$$ Updated IPv6 service:  Zeroconf Service: Kitchen @ speaker.local. (%1:%2)")
+            .arg(own_loopback(2))
+            .arg(closed_port);
+    QTRY_COMPARE(world.log.texts.last().simplified(), text.simplified());
+    QCOMPARE(device_list.size(), 1);
+    QCOMPARE(device_list.first()->ip, own_loopback(1));
+    QCOMPARE(row_names(), QStringList("Kitchen"));
+}
+
+void tst_client_overview_devices::removed_speaker_leaves_list_and_tree()
+{
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    QTRY_COMPARE(device_list.size(), 1);
+    air_waves::announce("Hall", 1, own_loopback(2), closed_port);
+    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Hall"}));
+    air_waves::withdraw("Kitchen", 1);
+    QTRY_COMPARE(listed_names(), QStringList("Hall"));
+    QCOMPARE(row_names(), QStringList("Hall"));
+}
+
+void tst_client_overview_devices::removal_compares_name_address_and_port_data()
+{
+    service_is_known_by_name_address_and_port_data();
+}
+
+void tst_client_overview_devices::removal_compares_name_address_and_port()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, address);
+    QFETCH(int, port);
+    QFETCH(bool, known);
+    Overview_World world;
+    world.open();
+    Device_Desc *attic = world.add_record("Attic", new Virelo_Unknown(255, "", ""));
+    attic->set_ip(own_loopback(9));
+    attic->set_port("08080");
+    Device_Desc *kitchen = world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
+    kitchen->set_ip(own_loopback(1));
+    kitchen->set_port("80");
+    overview->update_tree_widget();
+
+    overview->removeService(air_waves::service(name, address, quint16(port)));
+    QStringList left{"Attic", "Kitchen"};
+    if (known)
+        left.removeAll(name);
+    QCOMPARE(listed_names(), left);
+    QCOMPARE(row_names(), left);
+    QCOMPARE(world.log.texts.contains("$$$ Device found - removing!"), known);
+}
+
+void tst_client_overview_devices::removal_without_match_redraws_nothing()
+{
+    Overview_World world;
+    world.open_and_show();
+    world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
+    overview->update_tree_widget();
+    Overview_World::row(0)->setSelected(true);
+    overview->setStatusText("as it was");
+    overview->spinner_label->show();
+    overview->removeService(air_waves::service("Kitchen", own_loopback(1), 80));
+    QCOMPARE(label(), QString("as it was"));
+    QVERIFY(overview->spinner_label->isVisible());
+    QVERIFY(Overview_World::row(0)->isSelected());
+    QCOMPARE(device_list.size(), 1);
+}
+
+void tst_client_overview_devices::removal_stops_at_the_first_match()
+{
+    Overview_World world;
+    world.open();
+    for (int i = 0; i < 2; ++i) {
+        Device_Desc *device = world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
+        device->set_ip(own_loopback(1));
+        device->set_port("80");
+    }
+    Device_Desc *const second = device_list.last();
+    overview->removeService(air_waves::service("Kitchen", own_loopback(1), 80));
+    QCOMPARE(device_list, QList<Device_Desc *>{second});
+}
+
+void tst_client_overview_devices::removal_clears_the_count()
+{
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world;
+    world.open_and_show();
+    air_waves::announce("Silent", 1, own_loopback(1), speaker.http_port());
+    air_waves::announce("Kitchen", 1, own_loopback(2), closed_port);
+    QTRY_COMPARE(label(), QString("<b>Speakers Found: 2...</b>"));
+    air_waves::withdraw("Kitchen", 1);
+    QTRY_COMPARE(device_list.size(), 1);
+    QCOMPARE(label(), QString()); // not "1": the redraw clears it
+    QVERIFY(!overview->spinner_label->isVisible());
+    // The redraw shows what is in the list, identified or not.
+    QCOMPARE(row_names(), QStringList("Silent"));
+    QCOMPARE(Overview_World::row(0)->text(3), QString("Unknown Speaker :-("));
+    speaker.end();
+}
+
+void tst_client_overview_devices::removed_record_goes_on_until_it_ends_by_itself()
+{
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
+    QTRY_COMPARE(device_list.size(), 1);
+    const QPointer<Device_Desc> record = device_list.first();
+    air_waves::withdraw("Kitchen", 1);
+    QTRY_VERIFY(device_list.isEmpty());
+    QVERIFY(record);
+    QVERIFY(record->isRunning());
+    QCOMPARE(resolves_running, 6);
+
+    speaker.end();
+    QTRY_VERIFY(all_is_quiet());
+    QTRY_VERIFY(record->isFinished());
+    QVERIFY(record->control);
+    QCOMPARE(row_names(), QStringList());
+}
+
+void tst_client_overview_devices::removed_master_stays_the_master()
+{
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    sender_device = device_list.first();
+    sender_device->groupname = "Party";
+    air_waves::withdraw("Kitchen", 1);
+    QTRY_VERIFY(device_list.isEmpty());
+    QVERIFY(sender_device);
+    QCOMPARE(row_names(), QStringList("Party"));
+}
+
+void tst_client_overview_devices::tab_of_a_removed_record_stays_and_a_new_record_gets_another()
+{
+    Overview_World world;
+    world.open_and_show();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    Overview_World::click(Overview_World::row(0));
+    QCOMPARE(client->tabs->count(), 2);
+    QWidget *const tab = client->tabs->widget(1);
+    Device_Desc *const record = device_list.first();
+
+    air_waves::withdraw("Kitchen", 1);
+    QTRY_VERIFY(device_list.isEmpty());
+    QCOMPARE(client->tabs->count(), 2);
+    QCOMPARE(client->tabs->widget(1), tab);
+    QVERIFY(client->tabs->isTabEnabled(1));
+    QCOMPARE(record->tab_index, 1);
+
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    QVERIFY(device_list.first() != record);
+    QCOMPARE(device_list.first()->tab_index, -1);
+    client->tabs->setCurrentIndex(0);
+    Overview_World::click(Overview_World::row(0));
+    QCOMPARE(device_list.first()->tab_index, 2);
+    QCOMPARE(client->tabs->count(), 3);
+    QCOMPARE(client->tabs->tabText(2), QString("Kitchen"));
+}
+
+void tst_client_overview_devices::deleted_records_leave_nothing_behind()
+{
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
+    air_waves::announce("Hall", 1, own_loopback(2), closed_port);
+    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Hall"}));
+    const QList<QPointer<Device_Desc>> records{device_list.at(0), device_list.at(1)};
+    for (const QPointer<Device_Desc> &record : records)
+        QTRY_VERIFY(!record->isRunning());
+    sender_device = device_list.first();
+    overview->item_clicked(Overview_World::row(0), 0);
+
+    overview->deleteRecords();
+    QVERIFY(device_list.isEmpty());
+    QCOMPARE(row_names(), QStringList());
+    QVERIFY(!records.at(0));
+    QVERIFY(!records.at(1));
+    QVERIFY(!sender_device);
+    QVERIFY(!overview->selected);
+    QVERIFY(!overview->selected_device());
+}
+
+void tst_client_overview_devices::deleted_record_in_flight_goes_when_its_thread_has_ended()
+{
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
+    QTRY_COMPARE(device_list.size(), 1);
+    const QPointer<Device_Desc> record = device_list.first();
+    QVERIFY(record->isRunning());
+
+    overview->deleteRecords();
+    QVERIFY(device_list.isEmpty());
+    QVERIFY(record); // not under its running thread, and not by waiting for it
+    QVERIFY(record->isRunning());
+    overview->setStatusText("as it was");
+    speaker.end();
+    QTRY_VERIFY(!record);
+    QTRY_VERIFY(all_is_quiet());
+    QCOMPARE(label(), QString("as it was")); // its end redraws nothing any more
+}
+
+void tst_client_overview_devices::status_ends_in_one_character_of_that_code_data()
+{
+    QTest::addColumn<int>("running");
+    QTest::addColumn<int>("code");
+    QTest::newRow("letter") << 65 << 65;
+    QTest::newRow("no digit") << 3 << 3;
+    QTest::newRow("above 127") << 200 << 200;
+    QTest::newRow("above 255") << 256 + 66 << 66;
+    QTest::newRow("negative") << -1 << 255;
+}
+
+void tst_client_overview_devices::status_ends_in_one_character_of_that_code()
+{
+    QFETCH(int, running);
+    QFETCH(int, code);
+    Overview_World world;
+    world.open();
+    world.log.texts.clear();
+    overview->update_status(running);
+    QCOMPARE(label(), QString("<b>Reading Status...</b>") + QChar(code));
+    QCOMPARE(world.log.texts.size(), 1);
+    QVERIFY(world.log.texts.first().contains(QString(64, '*')));
+    QVERIFY(!world.log.texts.first().contains(QString(65, '*')));
+    QVERIFY(world.log.texts.first().contains("<b>Reading Status...</b>"));
+}
+
+void tst_client_overview_devices::status_text_is_painted_at_once()
+{
+    class Paint_Count : public QObject
+    {
+    public:
+        bool eventFilter(QObject *, QEvent *event) override
+        {
+            painted += event->type() == QEvent::Paint;
+            return false;
+        }
+        int painted = 0;
+    };
+    Overview_World world;
+    world.open_and_show();
+    QCoreApplication::processEvents();
+    Paint_Count count;
+    overview->status_label->installEventFilter(&count);
+    overview->setStatusText("one");
+    QCOMPARE(label(), QString("one"));
+    QCOMPARE(count.painted, 1);
+    overview->update_status(65);
+    QCOMPARE(count.painted, 2);
+}
+
+void tst_client_overview_devices::progress_signal_of_a_record_reaches_nobody()
+{
+    Silent_Speaker speaker(own_loopback(1));
+    Overview_World world;
+    world.open();
+    air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
+    QTRY_COMPARE(label(), QString("<b>Speakers Found: 1...</b>"));
+    emit device_list.first()->one_resolve_completed(65);
+    emit device_list.first()->device_defect(device_list.first());
+    QCoreApplication::processEvents();
+    QCOMPARE(label(), QString("<b>Speakers Found: 1...</b>"));
+    speaker.end();
+}
+
+void tst_client_overview_devices::reload_does_not_browse_again()
+{
+    Overview_World world;
+    world.open();
+    overview->ReloadClicked();
+    QCOMPARE(fake_dns_sd::calls(Kind::Browse).size(), 1);
+    QCOMPARE(fake_dns_sd::releases(), 0);
+}
+
+void tst_client_overview_devices::dummy_redraws()
+{
+    Overview_World world;
+    world.open();
+    world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
+    world.log.texts.clear();
+    overview->dummy();
+    QCOMPARE(world.log.texts.value(0), QString("Client_Overview::dummy()"));
+    QCOMPARE(row_names(), QStringList("Kitchen"));
+}
+
+QTEST_MAIN(tst_client_overview_devices)
+#include "tst_client_overview_devices.moc"

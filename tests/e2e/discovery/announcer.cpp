@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Announces services for the road tests, in ways that no ordinary tool offers: a host with several addresses,
-// a service whose host has none, a pointer to a service that is not there. It reads commands from standard
-// input, one a line, the fields separated by tabs, and prints "done ID" when one has taken effect, "failed ID
-// REASON" when it cannot:
+// announcer TYPE: announces services of a type for the road tests, in ways that no ordinary tool offers: a
+// host with several addresses, a service whose host has none, a pointer to a service that is not there. It
+// reads commands from standard input, one a line, the fields separated by tabs, and prints "done ID" when one
+// has taken effect, "failed ID REASON" when it cannot:
 //
 //   service ID NAME HOST PORT [TXT...]   HOST empty: this machine's name
 //   address ID HOST ADDRESS...
@@ -25,9 +25,9 @@
 
 namespace
 {
-const char *const service_type = "_lodeset._tcp";
 using Fields = std::vector<std::string>;
 
+std::string service_type;
 AvahiSimplePoll *poll_loop;
 AvahiClient *client;
 
@@ -68,8 +68,8 @@ int add_service(AvahiEntryGroup *group, const Fields &fields)
     txt = avahi_string_list_reverse(txt);
     const char *host = fields[3].empty() ? nullptr : fields[3].c_str();
     const int error = avahi_entry_group_add_service_strlst(
-        group, AVAHI_IF_UNSPEC, AVAHI_PROTO_INET, AvahiPublishFlags(0), fields[2].c_str(), service_type,
-        nullptr, host, static_cast<uint16_t>(std::stoi(fields[4])), txt);
+        group, AVAHI_IF_UNSPEC, AVAHI_PROTO_INET, AvahiPublishFlags(0), fields[2].c_str(),
+        service_type.c_str(), nullptr, host, static_cast<uint16_t>(std::stoi(fields[4])), txt);
     avahi_string_list_free(txt);
     return error;
 }
@@ -91,7 +91,7 @@ int add_addresses(AvahiEntryGroup *group, const Fields &fields)
 
 int add_pointer(AvahiEntryGroup *group, const Fields &fields)
 {
-    const std::string list = std::string(service_type) + ".local";
+    const std::string list = service_type + ".local";
     std::string target;
     for (const std::string &label :
          {fields[2], std::string("_lodeset"), std::string("_tcp"), std::string("local")})
@@ -176,8 +176,11 @@ void client_changed(AvahiClient *, AvahiClientState state, void *)
 }
 } // namespace
 
-int main()
+int main(int argc, char *argv[])
 {
+    if (argc != 2)
+        give_up("no service type given");
+    service_type = argv[1];
     poll_loop = avahi_simple_poll_new();
     const AvahiPoll *api = avahi_simple_poll_get(poll_loop);
     int error = 0;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// The discovery engine on the real daemon, without a window: it prints what the engine reports, one JSON
-// object a line, and does what standard input says, one word a line:
+// discovery_probe TYPE: the discovery engine on the real daemon, without a window. It browses for that type,
+// prints what the engine reports, one JSON object a line, and does what standard input says, one word a line:
 //
 //   start, stop   the browse
-//   state         prints descriptors and threads of the process, resolvers of the engine, and the lateness of
-//   the latest
-//                 beat of a 50 ms timer since the last such question, all on the thread that runs the engine
+//   state         prints the descriptors and threads of the process, the resolvers and known services of the
+//                 engine, and how late the latest beat of a 50 ms timer came since the last such question, on
+//                 the thread that runs the engine
 //   quit          (or the end of input) destroys the engine and ends
 
 #include <QCoreApplication>
@@ -32,7 +32,7 @@ constexpr int beat_ms = 50;
 class Probe : public QObject
 {
 public:
-    Probe();
+    explicit Probe(const QString &service_type);
 
 private:
     void begin_engine();
@@ -43,6 +43,7 @@ private:
     void print_state();
     void beat();
 
+    const QString service_type;
     std::unique_ptr<QZeroConf> zeroconf;
     QElapsedTimer since_start;
     QSocketNotifier input{STDIN_FILENO, QSocketNotifier::Read};
@@ -52,7 +53,8 @@ private:
     qint64 latest_beat_ms = 0;
 };
 
-Probe::Probe()
+Probe::Probe(const QString &service_type)
+    : service_type(service_type)
 {
     since_start.start();
     begin_engine();
@@ -121,7 +123,7 @@ void Probe::obey(const QByteArray &word)
     if (word == "start") {
         QElapsedTimer call;
         call.start();
-        zeroconf->startBrowser("_lodeset._tcp", QAbstractSocket::IPv4Protocol);
+        zeroconf->startBrowser(service_type, QAbstractSocket::IPv4Protocol);
         print({{"event", "started"}, {"call_ms", call.elapsed()}});
     } else if (word == "stop") {
         zeroconf->stopBrowser();
@@ -161,6 +163,9 @@ void Probe::beat()
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    Probe probe;
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.size() != 2)
+        qFatal("discovery_probe: no service type given");
+    Probe probe(arguments[1]);
     return QCoreApplication::exec();
 }

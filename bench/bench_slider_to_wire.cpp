@@ -68,16 +68,13 @@ qint64 time_to_wire(Virtual_Speaker &speaker, const QByteArray &frame, const std
     return speaker.timed_host_lines().first().us - begin;
 }
 
-qint64 percentile(std::vector<qint64> &times, int percent)
+void print_row(const char *name, std::vector<qint64> times)
 {
     std::sort(times.begin(), times.end());
-    return times[(times.size() - 1) * static_cast<size_t>(percent) / 100];
-}
-
-void print_row(const char *name, std::vector<qint64> &times)
-{
-    std::printf("%-28s %10lld %10lld %10lld\n", name, static_cast<long long>(percentile(times, 50)),
-                static_cast<long long>(percentile(times, 99)), static_cast<long long>(times.back()));
+    const auto percentile = [&times](size_t percent) {
+        return static_cast<long long>(times[(times.size() - 1) * percent / 100]);
+    };
+    std::printf("%-28s %10lld %10lld %10lld\n", name, percentile(50), percentile(99), percentile(100));
 }
 } // namespace
 

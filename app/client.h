@@ -32,8 +32,8 @@ public:
 
     static bool has_fixed_tabs();
 
-    void
-    done(int result) override; // however the window closes: ends the event loop, also with dialogs still open
+    // However the window closes: ends the event loop, also with dialogs still open.
+    void done(int result) override;
 
     QTabWidget *tabs = nullptr;
     int air_tab_index = 0;

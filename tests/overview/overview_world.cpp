@@ -47,6 +47,7 @@ Overview_World::~Overview_World()
     client = nullptr;
     overview = nullptr;
     sender_device = nullptr;
+    debug_enabled = false;
     input_query_seen = false;
 }
 

@@ -76,7 +76,6 @@ private slots:
     void records_are_numbered_in_order_of_arrival();
     void events_are_run_within_the_start();
     void a_service_without_address_ends_too();
-    void a_record_destroyed_while_its_thread_runs_waits_for_it();
 
 private:
     QScopedPointer<Http_Peer> peer;
@@ -453,18 +452,6 @@ void tst_device_desc::a_service_without_address_ends_too()
     QVERIFY(record.ip.isEmpty());
     QVERIFY(qobject_cast<Virelo_Unknown *>(record.control));
     delete record.control;
-}
-
-void tst_device_desc::a_record_destroyed_while_its_thread_runs_waits_for_it()
-{
-    auto *record = new Device_Desc(nullptr, false, "");
-    bool ended = false;
-    connect(
-        record, &QThread::finished, this, [&ended] { ended = true; }, Qt::DirectConnection);
-    record->set_QZeroConfService(make_service(*peer));
-    delete record;
-    QVERIFY(ended);
-    QCOMPARE(resolves_running, 0);
 }
 
 QTEST_GUILESS_MAIN(tst_device_desc)

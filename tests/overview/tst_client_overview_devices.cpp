@@ -2,58 +2,24 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRegularExpression>
-#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
 #include <QTranslator>
 #include <QTreeWidget>
 
-#include "app/client.h"
 #include "app/globals.h"
 #include "app/rzplattform.h"
-#include "control/virelo_unknown.h"
 #include "overview/client_overview.h"
 #include "settings/rzpushbutton.h"
 #include "simulator/loopback.h"
 #include "tests/fakes/fake_dns_sd.h"
 #include "tests/overview/air_waves.h"
+#include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
 #include "tests/overview/silent_speaker.h"
 #include "zeroconf/qzeroconf.h"
 
 using fake_dns_sd::Kind;
-
-namespace
-{
-constexpr quint16 closed_port = 9; // nothing listens on the test's own loopback addresses
-
-QStringList listed_names()
-{
-    QStringList names;
-    for (const Device_Desc *device : qAsConst(device_list))
-        names << device->name;
-    return names;
-}
-
-QStringList row_names()
-{
-    QStringList names;
-    for (int i = 0; i < overview->tree->topLevelItemCount(); ++i)
-        names << overview->tree->topLevelItem(i)->text(1);
-    return names;
-}
-
-QString label()
-{
-    return overview->status_label->text();
-}
-
-bool all_is_quiet()
-{
-    const QMutexLocker lock(&resolves_mutex);
-    return resolves_running == 0;
-}
-} // namespace
 
 // The road from discovery's signals to device_list and back.
 class tst_client_overview_devices : public QObject
@@ -61,8 +27,6 @@ class tst_client_overview_devices : public QObject
     Q_OBJECT
 
 private slots:
-    void init() { resolves_running = 0; }
-
     void browse_is_started_by_the_constructor();
     void network_without_speakers_stays_searching();
     void failed_browse_looks_like_an_empty_network();
@@ -81,19 +45,6 @@ private slots:
     void speaker_that_arrives_while_a_record_is_made_comes_first();
     void service_reported_again_while_its_record_is_made_gets_a_second_one();
     void second_address_changes_nothing_and_is_logged();
-
-    void removed_speaker_leaves_list_and_tree();
-    void removal_compares_name_address_and_port_data();
-    void removal_compares_name_address_and_port();
-    void removal_without_match_redraws_nothing();
-    void removal_stops_at_the_first_match();
-    void removal_clears_the_count();
-    void removed_record_goes_on_until_it_ends_by_itself();
-    void removed_master_stays_the_master();
-    void tab_of_a_removed_record_stays_and_a_new_record_gets_another();
-
-    void deleted_records_leave_nothing_behind();
-    void deleted_record_in_flight_goes_when_its_thread_has_ended();
 
     void status_ends_in_one_character_of_that_code_data();
     void status_ends_in_one_character_of_that_code();
@@ -244,17 +195,7 @@ void tst_client_overview_devices::speakers_that_arrive_while_others_are_in_fligh
 
 void tst_client_overview_devices::service_is_known_by_name_address_and_port_data()
 {
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<int>("port");
-    QTest::addColumn<bool>("known");
-    const QString address = own_loopback(1);
-    QTest::newRow("same") << "Kitchen" << address << 80 << true;
-    QTest::newRow("other name") << "Hall" << address << 80 << false;
-    QTest::newRow("other case") << "kitchen" << address << 80 << false;
-    QTest::newRow("other address") << "Kitchen" << own_loopback(2) << 80 << false;
-    QTest::newRow("other port") << "Kitchen" << address << 81 << false;
-    QTest::newRow("first of two known") << "Attic" << own_loopback(9) << 8080 << true;
+    add_known_and_unknown_rows();
 }
 
 void tst_client_overview_devices::service_is_known_by_name_address_and_port()
@@ -265,12 +206,7 @@ void tst_client_overview_devices::service_is_known_by_name_address_and_port()
     QFETCH(bool, known);
     Overview_World world;
     world.open();
-    Device_Desc *attic = world.add_record("Attic", new Virelo_Unknown(255, "", ""));
-    attic->set_ip(own_loopback(9));
-    attic->set_port("08080"); // compared as a number
-    Device_Desc *kitchen = world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
-    kitchen->set_ip(own_loopback(1));
-    kitchen->set_port("80");
+    add_known_records(world);
 
     overview->addService(air_waves::service(name, address, quint16(port)));
     QCOMPARE(device_list.size(), known ? 2 : 3);
@@ -377,205 +313,6 @@ void tst_client_overview_devices::second_address_changes_nothing_and_is_logged()
     QCOMPARE(row_names(), QStringList("Kitchen"));
 }
 
-void tst_client_overview_devices::removed_speaker_leaves_list_and_tree()
-{
-    Overview_World world;
-    world.open();
-    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
-    QTRY_COMPARE(device_list.size(), 1);
-    air_waves::announce("Hall", 1, own_loopback(2), closed_port);
-    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Hall"}));
-    air_waves::withdraw("Kitchen", 1);
-    QTRY_COMPARE(listed_names(), QStringList("Hall"));
-    QCOMPARE(row_names(), QStringList("Hall"));
-}
-
-void tst_client_overview_devices::removal_compares_name_address_and_port_data()
-{
-    service_is_known_by_name_address_and_port_data();
-}
-
-void tst_client_overview_devices::removal_compares_name_address_and_port()
-{
-    QFETCH(QString, name);
-    QFETCH(QString, address);
-    QFETCH(int, port);
-    QFETCH(bool, known);
-    Overview_World world;
-    world.open();
-    Device_Desc *attic = world.add_record("Attic", new Virelo_Unknown(255, "", ""));
-    attic->set_ip(own_loopback(9));
-    attic->set_port("08080");
-    Device_Desc *kitchen = world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
-    kitchen->set_ip(own_loopback(1));
-    kitchen->set_port("80");
-    overview->update_tree_widget();
-
-    overview->removeService(air_waves::service(name, address, quint16(port)));
-    QStringList left{"Attic", "Kitchen"};
-    if (known)
-        left.removeAll(name);
-    QCOMPARE(listed_names(), left);
-    QCOMPARE(row_names(), left);
-    QCOMPARE(world.log.texts.contains("$$$ Device found - removing!"), known);
-}
-
-void tst_client_overview_devices::removal_without_match_redraws_nothing()
-{
-    Overview_World world;
-    world.open_and_show();
-    world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
-    overview->update_tree_widget();
-    Overview_World::row(0)->setSelected(true);
-    overview->setStatusText("as it was");
-    overview->spinner_label->show();
-    overview->removeService(air_waves::service("Kitchen", own_loopback(1), 80));
-    QCOMPARE(label(), QString("as it was"));
-    QVERIFY(overview->spinner_label->isVisible());
-    QVERIFY(Overview_World::row(0)->isSelected());
-    QCOMPARE(device_list.size(), 1);
-}
-
-void tst_client_overview_devices::removal_stops_at_the_first_match()
-{
-    Overview_World world;
-    world.open();
-    for (int i = 0; i < 2; ++i) {
-        Device_Desc *device = world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
-        device->set_ip(own_loopback(1));
-        device->set_port("80");
-    }
-    Device_Desc *const second = device_list.last();
-    overview->removeService(air_waves::service("Kitchen", own_loopback(1), 80));
-    QCOMPARE(device_list, QList<Device_Desc *>{second});
-}
-
-void tst_client_overview_devices::removal_clears_the_count()
-{
-    Silent_Speaker speaker(own_loopback(1));
-    Overview_World world;
-    world.open_and_show();
-    air_waves::announce("Silent", 1, own_loopback(1), speaker.http_port());
-    air_waves::announce("Kitchen", 1, own_loopback(2), closed_port);
-    QTRY_COMPARE(label(), QString("<b>Speakers Found: 2...</b>"));
-    air_waves::withdraw("Kitchen", 1);
-    QTRY_COMPARE(device_list.size(), 1);
-    QCOMPARE(label(), QString()); // not "1": the redraw clears it
-    QVERIFY(!overview->spinner_label->isVisible());
-    // The redraw shows what is in the list, identified or not.
-    QCOMPARE(row_names(), QStringList("Silent"));
-    QCOMPARE(Overview_World::row(0)->text(3), QString("Unknown Speaker :-("));
-    speaker.end();
-}
-
-void tst_client_overview_devices::removed_record_goes_on_until_it_ends_by_itself()
-{
-    Silent_Speaker speaker(own_loopback(1));
-    Overview_World world;
-    world.open();
-    air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
-    QTRY_COMPARE(device_list.size(), 1);
-    const QPointer<Device_Desc> record = device_list.first();
-    air_waves::withdraw("Kitchen", 1);
-    QTRY_VERIFY(device_list.isEmpty());
-    QVERIFY(record);
-    QVERIFY(record->isRunning());
-    QCOMPARE(resolves_running, 6);
-
-    speaker.end();
-    QTRY_VERIFY(all_is_quiet());
-    QTRY_VERIFY(record->isFinished());
-    QVERIFY(record->control);
-    QCOMPARE(row_names(), QStringList());
-}
-
-void tst_client_overview_devices::removed_master_stays_the_master()
-{
-    Overview_World world;
-    world.open();
-    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
-    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
-    sender_device = device_list.first();
-    sender_device->groupname = "Party";
-    air_waves::withdraw("Kitchen", 1);
-    QTRY_VERIFY(device_list.isEmpty());
-    QVERIFY(sender_device);
-    QCOMPARE(row_names(), QStringList("Party"));
-}
-
-void tst_client_overview_devices::tab_of_a_removed_record_stays_and_a_new_record_gets_another()
-{
-    Overview_World world;
-    world.open_and_show();
-    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
-    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(client->tabs->count(), 2);
-    QWidget *const tab = client->tabs->widget(1);
-    Device_Desc *const record = device_list.first();
-
-    air_waves::withdraw("Kitchen", 1);
-    QTRY_VERIFY(device_list.isEmpty());
-    QCOMPARE(client->tabs->count(), 2);
-    QCOMPARE(client->tabs->widget(1), tab);
-    QVERIFY(client->tabs->isTabEnabled(1));
-    QCOMPARE(record->tab_index, 1);
-
-    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
-    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
-    QVERIFY(device_list.first() != record);
-    QCOMPARE(device_list.first()->tab_index, -1);
-    client->tabs->setCurrentIndex(0);
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(device_list.first()->tab_index, 2);
-    QCOMPARE(client->tabs->count(), 3);
-    QCOMPARE(client->tabs->tabText(2), QString("Kitchen"));
-}
-
-void tst_client_overview_devices::deleted_records_leave_nothing_behind()
-{
-    Overview_World world;
-    world.open();
-    air_waves::announce("Kitchen", 1, own_loopback(1), closed_port);
-    air_waves::announce("Hall", 1, own_loopback(2), closed_port);
-    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Hall"}));
-    const QList<QPointer<Device_Desc>> records{device_list.at(0), device_list.at(1)};
-    for (const QPointer<Device_Desc> &record : records)
-        QTRY_VERIFY(!record->isRunning());
-    sender_device = device_list.first();
-    overview->item_clicked(Overview_World::row(0), 0);
-
-    overview->deleteRecords();
-    QVERIFY(device_list.isEmpty());
-    QCOMPARE(row_names(), QStringList());
-    QVERIFY(!records.at(0));
-    QVERIFY(!records.at(1));
-    QVERIFY(!sender_device);
-    QVERIFY(!overview->selected);
-    QVERIFY(!overview->selected_device());
-}
-
-void tst_client_overview_devices::deleted_record_in_flight_goes_when_its_thread_has_ended()
-{
-    Silent_Speaker speaker(own_loopback(1));
-    Overview_World world;
-    world.open();
-    air_waves::announce("Kitchen", 1, own_loopback(1), speaker.http_port());
-    QTRY_COMPARE(device_list.size(), 1);
-    const QPointer<Device_Desc> record = device_list.first();
-    QVERIFY(record->isRunning());
-
-    overview->deleteRecords();
-    QVERIFY(device_list.isEmpty());
-    QVERIFY(record); // not under its running thread, and not by waiting for it
-    QVERIFY(record->isRunning());
-    overview->setStatusText("as it was");
-    speaker.end();
-    QTRY_VERIFY(!record);
-    QTRY_VERIFY(all_is_quiet());
-    QCOMPARE(label(), QString("as it was")); // its end redraws nothing any more
-}
-
 void tst_client_overview_devices::status_ends_in_one_character_of_that_code_data()
 {
     QTest::addColumn<int>("running");
@@ -653,7 +390,7 @@ void tst_client_overview_devices::dummy_redraws()
 {
     Overview_World world;
     world.open();
-    world.add_record("Kitchen", new Virelo_Unknown(255, "", ""));
+    world.add_record("Kitchen", control_of_type(255));
     world.log.texts.clear();
     overview->dummy();
     QCOMPARE(world.log.texts.value(0), QString("Client_Overview::dummy()"));

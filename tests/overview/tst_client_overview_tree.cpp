@@ -1,31 +1,20 @@
 // SPDX-License-Identifier: MIT
 #include <QLabel>
-#include <QPushButton>
-#include <QTabWidget>
 #include <QTest>
 #include <QTranslator>
 #include <QTreeWidget>
+#include <memory>
 
-#include "app/client.h"
 #include "app/globals.h"
-#include "control/virelo_air.h"
-#include "control/virelo_unknown.h"
+#include "control/virelos.h"
 #include "device/speaker_types.h"
 #include "overview/client_overview.h"
-#include "settings/client_settings_air.h"
-#include "settings/client_settings_empty.h"
-#include "simulator/loopback.h"
+#include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
 
 namespace
 {
 enum { picture, name, status, model };
-
-// A control object that only says what it is.
-Virelos *control_of_type(int type)
-{
-    return new Virelo_Unknown(type, own_loopback(1), "any");
-}
 
 QImage picture_of(const QTreeWidgetItem *item)
 {
@@ -50,20 +39,9 @@ QStringList names_below(const QTreeWidgetItem *parent)
     return names;
 }
 
-QStringList top_names()
-{
-    return names_below(overview->tree->invisibleRootItem());
-}
-
-// Enabled state of the group, update and wifi button.
-QList<bool> button_states()
-{
-    return {overview->group_button->isEnabled(), overview->update_button->isEnabled(),
-            overview->wifi_button->isEnabled()};
-}
 } // namespace
 
-// The rows, and what a click on one does.
+// The rows.
 class tst_client_overview_tree : public QObject
 {
     Q_OBJECT
@@ -71,6 +49,7 @@ class tst_client_overview_tree : public QObject
 private slots:
     void picture_follows_the_type_data();
     void picture_follows_the_type();
+    void pictures_can_be_told_apart();
     void row_shows_name_and_model_and_keeps_its_record();
     void status_is_the_first_that_applies_data();
     void status_is_the_first_that_applies();
@@ -89,18 +68,6 @@ private slots:
     void rows_in_a_group_view_are_not_editable();
     void redraw_expands_the_group();
     void group_row_is_german_in_german();
-
-    void redraw_loses_the_selection_and_keeps_the_buttons();
-    void selected_device_is_the_record_of_the_first_selected_row();
-    void click_remembers_the_record();
-    void click_on_an_unknown_speaker_opens_the_empty_tab();
-    void click_on_a_speaker_opens_its_air_tab();
-    void type_42_opens_an_air_tab_in_spite_of_its_picture();
-    void second_click_on_a_speaker_only_selects_its_tab();
-    void click_sets_the_buttons_data();
-    void click_sets_the_buttons();
-    void click_on_a_record_without_control_sets_the_buttons_and_opens_no_tab();
-    void click_on_the_group_row_enables_the_buttons();
 };
 
 void tst_client_overview_tree::picture_follows_the_type_data()
@@ -146,6 +113,16 @@ void tst_client_overview_tree::picture_follows_the_type()
     const QImage expected(path);
     QCOMPARE(expected.size(), QSize(54, 100));
     QCOMPARE(picture_of(item.get()), expected.convertToFormat(QImage::Format_ARGB32));
+}
+
+void tst_client_overview_tree::pictures_can_be_told_apart()
+{
+    QList<QImage> seen;
+    for (const char *name : {"vc3", "vc5", "vc7", "vc8", "vc9", "vs12"}) {
+        const QImage image(QString(":/GRAFX/%1.jpg").arg(name));
+        QVERIFY2(!image.isNull() && !seen.contains(image), name);
+        seen << image;
+    }
 }
 
 void tst_client_overview_tree::row_shows_name_and_model_and_keeps_its_record()
@@ -288,7 +265,7 @@ void tst_client_overview_tree::rows_keep_the_order_of_the_list()
     for (const QString &each : names)
         world.add_record(each, control_of_type(13));
     overview->update_tree_widget();
-    QCOMPARE(top_names(), names);
+    QCOMPARE(row_names(), names);
 }
 
 void tst_client_overview_tree::redraw_draws_each_record_anew()
@@ -347,7 +324,7 @@ void tst_client_overview_tree::group_row_holds_its_members()
     add("Playing", 2, "party-uuid");
 
     overview->update_tree_widget();
-    QCOMPARE(top_names(), QStringList({"Party", "Alone", "Elsewhere"}));
+    QCOMPARE(row_names(), QStringList({"Party", "Alone", "Elsewhere"}));
     QCOMPARE(names_below(Overview_World::row(0)), QStringList({"Linked", "Master", "Playing"}));
     QCOMPARE(device_list.first()->tree_row, Overview_World::row(0)->child(0));
 }
@@ -431,173 +408,6 @@ void tst_client_overview_tree::group_row_is_german_in_german()
     overview->update_tree_widget();
     QCOMPARE(Overview_World::row(0)->text(status), german.translate("Client_Overview", "Is your Group"));
     QVERIFY(Overview_World::row(0)->text(status) != "Is your Group");
-}
-
-void tst_client_overview_tree::redraw_loses_the_selection_and_keeps_the_buttons()
-{
-    Overview_World world;
-    world.open_and_show();
-    Device_Desc *device = world.add_record("Kitchen", control_of_type(255));
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(overview->selected_device(), device);
-
-    overview->update_tree_widget();
-    QVERIFY(!overview->selected_device());
-    QCOMPARE(button_states(), QList<bool>({true, true, true}));
-    QCOMPARE(overview->selected, device);
-    client->tabs->setCurrentIndex(0);
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(overview->selected_device(), device);
-}
-
-void tst_client_overview_tree::selected_device_is_the_record_of_the_first_selected_row()
-{
-    Overview_World world;
-    world.open();
-    world.add_record("Hall", control_of_type(255));
-    Device_Desc *device = world.add_record("Kitchen", control_of_type(255));
-    overview->update_tree_widget();
-    world.log.texts.clear();
-    QVERIFY(!overview->selected_device());
-    QCOMPARE(world.log.texts, QStringList());
-    Overview_World::row(1)->setSelected(true);
-    QCOMPARE(overview->selected_device(), device);
-    QCOMPARE(world.log.texts, QStringList("selected air: \"Kitchen\""));
-}
-
-void tst_client_overview_tree::click_remembers_the_record()
-{
-    Overview_World world;
-    world.open_and_show();
-    world.add_record("Hall", control_of_type(255));
-    Device_Desc *device = world.add_record("Kitchen", control_of_type(255));
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(1));
-    QCOMPARE(overview->selected, device);
-}
-
-void tst_client_overview_tree::click_on_an_unknown_speaker_opens_the_empty_tab()
-{
-    Overview_World world;
-    world.open_and_show();
-    Device_Desc *device = world.add_record("Kitchen", control_of_type(255));
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(client->tabs->count(), 2);
-    QCOMPARE(device->tab_index, 1);
-    QCOMPARE(client->tabs->currentIndex(), 1);
-    QCOMPARE(client->tabs->tabText(1), QString("Kitchen"));
-    auto *tab = qobject_cast<Client_Settings_Empty *>(client->tabs->widget(1));
-    QVERIFY(tab);
-    QCOMPARE(tab->control, device->control);
-}
-
-void tst_client_overview_tree::click_on_a_speaker_opens_its_air_tab()
-{
-    Overview_World world;
-    world.open_and_show();
-    Device_Desc *device = world.add_record("Kitchen", new Virelo_Air(13, own_loopback(1), "Kitchen"));
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(device->tab_index, 1);
-    QCOMPARE(client->tabs->currentIndex(), 1);
-    QCOMPARE(client->tabs->tabText(1), QString("Kitchen"));
-    auto *tab = qobject_cast<Client_Settings_Air *>(client->tabs->widget(1));
-    QVERIFY(tab);
-    QCOMPARE(tab->air, device->control);
-    QCOMPARE(tab->device, device);
-}
-
-void tst_client_overview_tree::type_42_opens_an_air_tab_in_spite_of_its_picture()
-{
-    Overview_World world;
-    world.open_and_show();
-    world.add_record("Deep", new Virelo_Air(42, own_loopback(1), "Deep"));
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(0));
-    QVERIFY(qobject_cast<Client_Settings_Air *>(client->tabs->currentWidget()));
-}
-
-void tst_client_overview_tree::second_click_on_a_speaker_only_selects_its_tab()
-{
-    Overview_World world;
-    world.open_and_show();
-    world.add_record("Kitchen", new Virelo_Air(13, own_loopback(1), "Kitchen"));
-    Device_Desc *hall = world.add_record("Hall", control_of_type(255));
-    overview->update_tree_widget();
-    for (const int row : {0, 1, 0, 1}) {
-        client->tabs->setCurrentIndex(0);
-        Overview_World::click(Overview_World::row(row));
-        QCOMPARE(client->tabs->currentIndex(), row + 1);
-    }
-    QCOMPARE(client->tabs->count(), 3);
-    QCOMPARE(hall->tab_index, 2);
-}
-
-void tst_client_overview_tree::click_sets_the_buttons_data()
-{
-    QTest::addColumn<QString>("name_text");
-    QTest::addColumn<QString>("status_text");
-    QTest::addColumn<QList<bool>>("states"); // group, update, wifi
-    QTest::newRow("speaker") << "Kitchen"
-                             << "in Home" << QList<bool>{true, true, true};
-    QTest::newRow("named Access-Point") << "Access-Point"
-                                        << "in Home" << QList<bool>{false, false, true};
-    QTest::newRow("status Access-Point") << "Kitchen"
-                                         << "Access-Point" << QList<bool>{true, true, true};
-    QTest::newRow("named access-point") << "access-point"
-                                        << "in Home" << QList<bool>{true, true, true};
-    QTest::newRow("status Group") << "Kitchen"
-                                  << "Group" << QList<bool>{true, false, true};
-    QTest::newRow("status Is your Group") << "Party"
-                                          << "Is your Group" << QList<bool>{true, true, true};
-    QTest::newRow("both") << "Access-Point"
-                          << "Group" << QList<bool>{false, false, true};
-}
-
-void tst_client_overview_tree::click_sets_the_buttons()
-{
-    QFETCH(QString, name_text);
-    QFETCH(QString, status_text);
-    QFETCH(QList<bool>, states);
-    Overview_World world;
-    world.open_and_show();
-    world.add_record("any", control_of_type(255));
-    overview->update_tree_widget();
-    Overview_World::row(0)->setText(name, name_text);
-    Overview_World::row(0)->setText(status, status_text);
-    for (const bool before : {false, true}) {
-        for (QPushButton *button : {overview->group_button, overview->update_button, overview->wifi_button})
-            button->setEnabled(before);
-        overview->item_clicked(Overview_World::row(0), 3);
-        QCOMPARE(button_states(), states);
-    }
-}
-
-void tst_client_overview_tree::click_on_a_record_without_control_sets_the_buttons_and_opens_no_tab()
-{
-    Overview_World world;
-    world.open_and_show();
-    Device_Desc *device = world.add_record("Kitchen", nullptr);
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(0));
-    QCOMPARE(overview->selected, device);
-    QCOMPARE(button_states(), QList<bool>({true, true, true}));
-    QCOMPARE(client->tabs->count(), 1);
-    QCOMPARE(client->tabs->currentIndex(), 0);
-    QCOMPARE(device->tab_index, -1);
-}
-
-void tst_client_overview_tree::click_on_the_group_row_enables_the_buttons()
-{
-    Overview_World world;
-    world.open_and_show();
-    sender_device = world.add_record("Master", control_of_type(13));
-    overview->update_tree_widget();
-    Overview_World::click(Overview_World::row(0));
-    QVERIFY(overview->selected->is_group);
-    QCOMPARE(button_states(), QList<bool>({true, true, true}));
 }
 
 QTEST_MAIN(tst_client_overview_tree)

@@ -9,13 +9,10 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
+#include "tests/device/status_fields.h"
 
 namespace
 {
-const char device_info[] = R"({"model": "VIRELO Air", "firmware": "1.4.2", "hardware": "2.0"})";
-const char network_info[] = R"({"wlan": {"mode": "STA", "ssid": "Home", "mac": "02:00:00:00:00:01",
-    "stationinfo": {"signal": -52, "channelwidth": 40, "bitrate": 144.5}}})";
-
 int managers_of(const Device_Desc &record)
 {
     return record.findChildren<QNetworkAccessManager *>().size();
@@ -39,16 +36,6 @@ private slots:
     void requests_of_one_record_go_out_at_the_same_time();
     void reply_and_manager_are_freed_after_the_handler();
 
-    void the_device_reply_fills_three_fields();
-    void a_device_key_that_is_missing_or_no_string_reads_as_empty_data();
-    void a_device_key_that_is_missing_or_no_string_reads_as_empty();
-
-    void the_network_reply_fills_all_fields();
-    void a_network_reply_without_wlan_leaves_all_fields();
-    void a_network_reply_without_stationinfo_leaves_only_the_station_fields();
-    void network_values_of_a_wrong_type_read_as_nothing_data();
-    void network_values_of_a_wrong_type_read_as_nothing();
-
     void an_unusable_reply_changes_nothing_and_counts_down_once_data();
     void an_unusable_reply_changes_nothing_and_counts_down_once();
     void a_refused_connection_counts_down_once();
@@ -62,9 +49,6 @@ private slots:
     void completion_is_told_with_the_mutex_held();
 
 private:
-    void fill(Device_Desc &record) const;
-    void verify_filled(const Device_Desc &record) const;
-
     QScopedPointer<Http_Peer> peer;
 };
 
@@ -83,28 +67,6 @@ void tst_device_desc_http::init()
 void tst_device_desc_http::cleanup()
 {
     QCOMPARE(resolves_running, 0);
-}
-
-void tst_device_desc_http::fill(Device_Desc &record) const
-{
-    record.model = "m";
-    record.firmware = "f";
-    record.hardware = "h";
-    record.wlan_mode = "w";
-    record.ssid = "s";
-    record.mac = "a";
-    record.signal = 1;
-    record.channelwidth = 2;
-    record.bitrate = 3;
-}
-
-void tst_device_desc_http::verify_filled(const Device_Desc &record) const
-{
-    QCOMPARE(record.model + record.firmware + record.hardware, QString("mfh"));
-    QCOMPARE(record.wlan_mode + record.ssid + record.mac, QString("wsa"));
-    QCOMPARE(record.signal, 1);
-    QCOMPARE(record.channelwidth, 2);
-    QCOMPARE(record.bitrate, 3.0f);
 }
 
 void tst_device_desc_http::a_request_is_a_post_with_exact_headers_and_body_data()
@@ -231,125 +193,6 @@ void tst_device_desc_http::reply_and_manager_are_freed_after_the_handler()
     QTRY_COMPARE(managers_of(record), 0);
 }
 
-void tst_device_desc_http::the_device_reply_fills_three_fields()
-{
-    Device_Desc record(nullptr, false, "");
-    peer->point_at_me(record);
-    peer->answer = http_answer(device_info);
-    record.request_device_status();
-    QTRY_COMPARE(resolves_running, 0);
-    QCOMPARE(record.model, QString("VIRELO Air"));
-    QCOMPARE(record.firmware, QString("1.4.2"));
-    QCOMPARE(record.hardware, QString("2.0"));
-}
-
-void tst_device_desc_http::a_device_key_that_is_missing_or_no_string_reads_as_empty_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QString>("fields");
-    QTest::newRow("no model") << QByteArray(R"({"firmware": "1", "hardware": "2"})") << "/1/2";
-    QTest::newRow("no firmware") << QByteArray(R"({"model": "M", "hardware": "2"})") << "M//2";
-    QTest::newRow("no hardware") << QByteArray(R"({"model": "M", "firmware": "1"})") << "M/1/";
-    QTest::newRow("none") << QByteArray(R"({"other": 1})") << "//";
-    QTest::newRow("wrong types") << QByteArray(R"({"model": 1, "firmware": {}, "hardware": null})") << "//";
-    QTest::newRow("keys are told apart by case")
-        << QByteArray(R"({"Model": "M", "FIRMWARE": "1", "hardware": "2"})") << "//2";
-}
-
-void tst_device_desc_http::a_device_key_that_is_missing_or_no_string_reads_as_empty()
-{
-    QFETCH(QByteArray, body);
-    Device_Desc record(nullptr, false, "");
-    fill(record);
-    peer->point_at_me(record);
-    peer->answer = http_answer(body);
-    record.request_device_status();
-    QTRY_COMPARE(resolves_running, 0);
-    QTEST(record.model + "/" + record.firmware + "/" + record.hardware, "fields");
-}
-
-void tst_device_desc_http::the_network_reply_fills_all_fields()
-{
-    Device_Desc record(nullptr, false, "");
-    peer->point_at_me(record);
-    peer->answer = http_answer(network_info);
-    record.request_network_status();
-    QTRY_COMPARE(resolves_running, 0);
-    QCOMPARE(record.wlan_mode, QString("STA"));
-    QCOMPARE(record.ssid, QString("Home"));
-    QCOMPARE(record.mac, QString("02:00:00:00:00:01"));
-    QCOMPARE(record.signal, -52);
-    QCOMPARE(record.channelwidth, 40);
-    QCOMPARE(record.bitrate, 144.5f);
-}
-
-void tst_device_desc_http::a_network_reply_without_wlan_leaves_all_fields()
-{
-    Device_Desc record(nullptr, false, "");
-    QSignalSpy defect(&record, &Device_Desc::device_defect);
-    fill(record);
-    peer->point_at_me(record);
-    peer->answer = http_answer(R"({"lan": {"mode": "AP"}, "stationinfo": {"signal": 9}})");
-    QTest::ignoreMessage(QtDebugMsg, "NO wlan Object in response...");
-    record.request_network_status();
-    QTRY_COMPARE(resolves_running, 0);
-    verify_filled(record);
-    QCOMPARE(defect.count(), 0);
-}
-
-void tst_device_desc_http::a_network_reply_without_stationinfo_leaves_only_the_station_fields()
-{
-    Device_Desc record(nullptr, false, "");
-    fill(record);
-    peer->point_at_me(record);
-    peer->answer = http_answer(R"({"wlan": {"mode": "AP", "ssid": "Own", "mac": "02"}})");
-    QTest::ignoreMessage(QtDebugMsg, "NO stationinfo Object in response...");
-    record.request_network_status();
-    QTRY_COMPARE(resolves_running, 0);
-    QCOMPARE(record.wlan_mode, QString("AP"));
-    QCOMPARE(record.ssid, QString("Own"));
-    QCOMPARE(record.mac, QString("02"));
-    QCOMPARE(record.signal, 1);
-    QCOMPARE(record.channelwidth, 2);
-    QCOMPARE(record.bitrate, 3.0f);
-}
-
-void tst_device_desc_http::network_values_of_a_wrong_type_read_as_nothing_data()
-{
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<QString>("fields");
-    QTest::newRow("wlan is a string") << QByteArray(R"({"wlan": "STA"})") << "///1/2/3";
-    QTest::newRow("wlan is null, so not missing") << QByteArray(R"({"wlan": null})") << "///1/2/3";
-    QTest::newRow("stationinfo is null, so not missing")
-        << QByteArray(R"({"wlan": {"mode": "AP", "stationinfo": null}})") << "AP///0/0/0";
-    QTest::newRow("stationinfo is a list")
-        << QByteArray(R"({"wlan": {"ssid": "Home", "stationinfo": [1]}})") << "/Home//0/0/0";
-    QTest::newRow("single values") << QByteArray(
-                                          R"({"wlan": {"mode": 1, "ssid": true, "mac": {}, "stationinfo":
-        {"signal": "-52", "channelwidth": 20.5, "bitrate": "fast"}}})")
-                                   << "///0/0/0";
-    QTest::newRow("a whole bitrate, numbers with an exponent")
-        << QByteArray(R"({"wlan": {"stationinfo": {"signal": -5e1, "channelwidth": 8e1, "bitrate": 54}}})")
-        << "///-50/80/54";
-}
-
-void tst_device_desc_http::network_values_of_a_wrong_type_read_as_nothing()
-{
-    QFETCH(QByteArray, body);
-    Device_Desc record(nullptr, false, "");
-    fill(record);
-    peer->point_at_me(record);
-    peer->answer = http_answer(body);
-    record.request_network_status();
-    QTRY_COMPARE(resolves_running, 0);
-    const QString fields = QString("%1/%2/%3/%4/%5/%6")
-                               .arg(record.wlan_mode, record.ssid, record.mac)
-                               .arg(record.signal)
-                               .arg(record.channelwidth)
-                               .arg(double(record.bitrate));
-    QTEST(fields, "fields");
-}
-
 void tst_device_desc_http::an_unusable_reply_changes_nothing_and_counts_down_once_data()
 {
     QTest::addColumn<QByteArray>("answer");
@@ -367,6 +210,7 @@ void tst_device_desc_http::an_unusable_reply_changes_nothing_and_counts_down_onc
     QTest::newRow("half a document") << http_answer(R"({"model": "M", "wlan": {"mo)") << false << null;
     QTest::newRow("less than announced")
         << QByteArray("HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\n{\"model\": \"M\", ") << true << null;
+    QTest::newRow("closed without a byte") << QByteArray("") << true << null;
     QTest::newRow("a number") << http_answer("7") << false << null;
     QTest::newRow("no HTTP") << QByteArray("RZ#00\r\n\r\n") << true << null;
 }
@@ -378,7 +222,7 @@ void tst_device_desc_http::an_unusable_reply_changes_nothing_and_counts_down_onc
     QFETCH(QByteArray, log);
     Device_Desc record(nullptr, false, "");
     QSignalSpy defect(&record, &Device_Desc::device_defect);
-    fill(record);
+    fill_status(record);
     peer->point_at_me(record);
     peer->answer = answer;
     peer->close_after_answer = close;
@@ -393,7 +237,7 @@ void tst_device_desc_http::an_unusable_reply_changes_nothing_and_counts_down_onc
     QTRY_COMPARE(managers_of(record), 0);
     QCOMPARE(resolves_running, 1);
 
-    verify_filled(record);
+    QCOMPARE(status_of(record), filled_status());
     QCOMPARE(defect.count(), 2);
     QCOMPARE(defect.first().first().value<Device_Desc *>(), &record);
     record.resolve_finished();
@@ -403,7 +247,7 @@ void tst_device_desc_http::a_refused_connection_counts_down_once()
 {
     Device_Desc record(nullptr, false, "");
     QSignalSpy defect(&record, &Device_Desc::device_defect);
-    fill(record);
+    fill_status(record);
     peer->point_at_me(record);
     peer->close();
     QTest::ignoreMessage(QtDebugMsg, "Document is NULL");
@@ -412,7 +256,7 @@ void tst_device_desc_http::a_refused_connection_counts_down_once()
     QTRY_COMPARE(managers_of(record), 0);
     QCOMPARE(resolves_running, 0);
     QCOMPARE(defect.count(), 1);
-    verify_filled(record);
+    QCOMPARE(status_of(record), filled_status());
 }
 
 void tst_device_desc_http::a_record_without_address_counts_down_once()

@@ -10,10 +10,19 @@
 
 namespace
 {
+// Avahi's own function is of no use here: it takes a list for reversed, and lists from the daemon are not.
 std::vector<unsigned char> wire_format(AvahiStringList *txt)
 {
-    std::vector<unsigned char> bytes(avahi_string_list_serialize(txt, nullptr, 0));
-    avahi_string_list_serialize(txt, bytes.data(), bytes.size());
+    std::vector<unsigned char> bytes;
+    for (; txt; txt = avahi_string_list_get_next(txt)) {
+        const uint8_t *text = avahi_string_list_get_text(txt);
+        const size_t size = avahi_string_list_get_size(txt);
+        bytes.push_back(static_cast<unsigned char>(size));
+        bytes.insert(bytes.end(), text, text + size);
+    }
+    // A TXT record without entries is one empty string.
+    if (bytes.empty())
+        bytes.push_back(0);
     return bytes;
 }
 

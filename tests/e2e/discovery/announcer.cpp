@@ -65,7 +65,6 @@ int add_service(AvahiEntryGroup *group, const Fields &fields)
     AvahiStringList *txt = nullptr;
     for (size_t i = 5; i < fields.size(); ++i)
         txt = avahi_string_list_add(txt, fields[i].c_str());
-    txt = avahi_string_list_reverse(txt);
     const char *host = fields[3].empty() ? nullptr : fields[3].c_str();
     const int error = avahi_entry_group_add_service_strlst(
         group, AVAHI_IF_UNSPEC, AVAHI_PROTO_INET, AvahiPublishFlags(0), fields[2].c_str(),

@@ -14,6 +14,7 @@ constexpr int pace = 150;            // ms that the host is given after each com
 constexpr int write_timeout = 30000; // ms
 constexpr int read_timeout = 5000;   // ms
 constexpr int close_timeout = 1000;  // ms, for bytes that are still on their way out
+constexpr int end_timeout = 5000;    // ms that a loop without limit goes on once its thread is told to end
 constexpr int read_size = 100;       // bytes that one read of a reply keeps
 constexpr int status_offset = 3;     // of the two status digits in a reply
 constexpr int payload_offset = 5;    // of what is handed to the caller
@@ -156,16 +157,33 @@ int serial_wifi::send_whole(QByteArray frame)
 int serial_wifi::host_command(const char *command, const char *args)
 {
     const QByteArray frame = build_frame('!', command, args);
-    do {
+    for (bool first = true;; first = false) {
         reopen_if_lost();
         const int count = send_whole(frame);
         qDebug() << "serial_wifi::host_command() sending" << frame << " returned" << count;
         if (count < 0)
             return count;
-    } while (reconnect);
+        if (!reconnect)
+            break;
+        if (last_call_over())
+            return -1;
+        // A link that was lost while idle is replaced at once; a speaker that drops one after the other is
+        // not to be overrun with new ones.
+        if (!first)
+            QThread::msleep(pace);
+    }
 
     QThread::msleep(pace);
     return 0;
+}
+
+// Neither the resending nor the collecting has a limit of its own, but whoever waits for the end of this
+// thread must not wait for ever.
+bool serial_wifi::last_call_over()
+{
+    if (last_call.isForever() && QThread::currentThread()->isInterruptionRequested())
+        last_call.setRemainingTime(end_timeout);
+    return last_call.hasExpired();
 }
 
 int serial_wifi::read_reply(char *buffer, int size)
@@ -183,7 +201,7 @@ int serial_wifi::read_reply(char *buffer, int size)
 
 // Appends reads to `reply` until a carriage return has come. There is no overall limit in time, which is
 // meant; in space there is one: bytes that can never reach the caller are looked through and not kept. False,
-// with `result` set, when nothing came at all or the link closed first.
+// with `result` set, when nothing came at all, or the link closed or the thread had to end first.
 bool serial_wifi::collect_reply(QByteArray &reply, int &result)
 {
     constexpr int kept_max = payload_offset + reply_size - 1;
@@ -196,6 +214,10 @@ bool serial_wifi::collect_reply(QByteArray &reply, int &result)
                 return true;
         } else if (reply.isEmpty() || !is_up(host_socket)) {
             result = reply.isEmpty() ? count : -1;
+            return false;
+        }
+        if (last_call_over()) {
+            result = -1;
             return false;
         }
     }
@@ -253,11 +275,11 @@ int serial_wifi::query_uart()
     // Line feed before carriage return is meant.
     static constexpr char question[] = "AT+UART?\n\r";
     write_out(at_socket, question, sizeof question - 1);
-    if (!is_up(at_socket))
-        return 0;
-    at_socket->waitForReadyRead(read_timeout);
+    if (is_up(at_socket))
+        at_socket->waitForReadyRead(read_timeout);
     char answer[read_size];
-    at_socket->read(answer, std::min<qint64>(read_size, at_socket->bytesAvailable()));
+    if (at_socket && at_socket->isReadable()) // a failed wait may have closed it
+        at_socket->read(answer, std::min<qint64>(read_size, at_socket->bytesAvailable()));
     return 0;
 }
 

@@ -3,6 +3,7 @@
 
 #include <QAbstractSocket>
 #include <QByteArray>
+#include <QDeadlineTimer>
 #include <QObject>
 #include <QString>
 
@@ -14,7 +15,8 @@ class QTcpSocket;
 //
 // Every call blocks its caller. A link has no lock: one thread at a time uses it, the one that made it, since
 // the sockets live there. A failure is a negative result and nothing else; an object whose connection failed
-// exists all the same, and its sends fail.
+// exists all the same, and its sends fail. What goes on without limit (the resending of a command, the wait
+// for the end of a reply) is given up 5 s after that thread was told to end by an interruption request.
 class serial_wifi : public QObject
 {
     Q_OBJECT
@@ -39,7 +41,8 @@ public:
 
     // Sends "RZ!" + the first two characters of `command` + `args` (may be null) + line feed, then sleeps 150
     // ms; no reply is awaited. Sent again on a fresh link, without limit, when the link drops within the
-    // write. Returns 0, or the negative result of the write, and then does not sleep.
+    // write: at once, and every 150 ms from the second time on. Returns 0, or the negative result of the
+    // write, and then does not sleep.
     int host_command(const char *command, const char *args);
 
     // One bounded read of up to 5 s. Returns the number of bytes copied to `buffer`, at most `size` (what
@@ -85,4 +88,7 @@ private:
     void reopen_if_lost();
     int send_whole(QByteArray frame);
     bool collect_reply(QByteArray &reply, int &result);
+    bool last_call_over();
+
+    QDeadlineTimer last_call{QDeadlineTimer::Forever}; // limited once the thread is told to end
 };

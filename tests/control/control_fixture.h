@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QList>
 #include <QMetaMethod>
 #include <QMutexLocker>
@@ -67,6 +68,11 @@ inline quint64 bytes_arrived(qintptr descriptor)
     socklen_t size = sizeof info;
     getsockopt(static_cast<int>(descriptor), IPPROTO_TCP, TCP_INFO, &info, &size);
     return info.tcpi_bytes_received;
+}
+
+inline int open_descriptors()
+{
+    return QDir("/proc/self/fd").entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
 inline quint64 bytes_sent(const Virtual_Speaker &speaker)

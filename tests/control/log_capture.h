@@ -4,6 +4,7 @@
 #include <QMutex>
 #include <QStringList>
 #include <QtGlobal>
+#include <functional>
 
 // Keeps the log messages of all threads while it lives, debug lines and warnings apart, and prints none of
 // them. One at a time.
@@ -31,6 +32,9 @@ public:
         return lines;
     }
 
+    // Called with each debug line, on the thread that logs it. Set while nobody logs.
+    std::function<void(const QString &)> on_debug_line;
+
     QStringList warnings() const
     {
         QMutexLocker locker(&mutex);
@@ -46,8 +50,12 @@ private:
 
     static void keep(QtMsgType type, const QMessageLogContext &, const QString &text)
     {
-        QMutexLocker locker(&current()->mutex);
-        (type == QtDebugMsg ? current()->lines : current()->others).append(text);
+        {
+            QMutexLocker locker(&current()->mutex);
+            (type == QtDebugMsg ? current()->lines : current()->others).append(text);
+        }
+        if (type == QtDebugMsg && current()->on_debug_line)
+            current()->on_debug_line(text);
     }
 
     mutable QMutex mutex;

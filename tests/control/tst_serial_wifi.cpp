@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
 #include <QTest>
+#include <QThread>
 #include <array>
 #include <memory>
 #include <thread>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void a_number_is_taken_from_the_payload_data();
     void a_number_is_taken_from_the_payload();
     void a_reply_in_single_bytes_is_joined();
+    void a_reply_in_single_bytes_is_joined_though_the_thread_is_told_to_end();
     void a_reply_is_complete_only_with_its_carriage_return();
     void a_read_of_more_than_100_bytes_keeps_the_first_100();
     void a_reply_beyond_the_buffer_is_cut_at_999_bytes();
@@ -49,6 +51,7 @@ private Q_SLOTS:
     void a_drop_in_idle_sends_the_command_on_a_fresh_link_data();
     void a_drop_in_idle_sends_the_command_on_a_fresh_link();
     void a_command_goes_out_again_as_long_as_links_drop();
+    void a_command_that_drops_again_and_again_is_paced();
     void a_drop_before_a_query_costs_that_query_alone();
     void a_link_that_closes_within_a_reply_gives_minus_1();
     void a_reply_that_is_complete_counts_though_the_link_closes_behind_it();
@@ -62,6 +65,7 @@ private Q_SLOTS:
     void the_at_channel_is_not_watched();
     void bytes_written_right_before_the_deletion_arrive();
     void a_deleted_link_closes_both_channels();
+    void many_reconnects_leave_no_descriptor_behind();
 
     void prepare_xon_sets_the_flow_state();
     void flow_marks_are_read_by_readReady_data();
@@ -227,6 +231,7 @@ void tst_serial_wifi::a_query_is_framed()
     Fenced_Reply buffer;
     QCOMPARE(link->host_query(command, args.isNull() ? nullptr : args.constData(), buffer.reply), 0);
     QCOMPARE(speaker->host_bytes(), frame);
+    QCOMPARE(log->debug_lines(), QStringList()); // only commands are logged
 }
 
 void tst_serial_wifi::an_argument_of_any_length_is_sent_whole()
@@ -354,6 +359,23 @@ void tst_serial_wifi::a_reply_in_single_bytes_is_joined()
     QCOMPARE(QByteArray(buffer.reply), QByteArray(" a payload in many pieces\r"));
 }
 
+void tst_serial_wifi::a_reply_in_single_bytes_is_joined_though_the_thread_is_told_to_end()
+{
+    Speaker_Faults faults;
+    faults.host_bytewise = true;
+    faults.host_byte_gap_ms = 30;
+    speaker->set_faults(faults);
+    answer_with("RZ#00 37\r");
+    long volume = 0;
+    const std::unique_ptr<QThread> thread(
+        QThread::create([&] { volume = open_link_to(own_loopback(1))->host_query_int("vo"); }));
+    thread->start();
+    QVERIFY(speaker->wait_for_host_line("RZ?vo\n"));
+    thread->requestInterruption();
+    thread->wait();
+    QCOMPARE(volume, 37L);
+}
+
 void tst_serial_wifi::a_reply_is_complete_only_with_its_carriage_return()
 {
     Fenced_Reply buffer;
@@ -472,6 +494,27 @@ void tst_serial_wifi::a_command_goes_out_again_as_long_as_links_drop()
         QCOMPARE(link->host_command("vo", "038"), 0);
     QVERIFY(speaker->wait_for_host_line("RZ!vo038\n"));
     QCOMPARE(speaker->host_connections().accepted, 5);
+}
+
+// The log line of a command comes between its write and the look at `reconnect`: what it sets there is a drop
+// within the write.
+void tst_serial_wifi::a_command_that_drops_again_and_again_is_paced()
+{
+    constexpr int drops = 4;
+    QElapsedTimer timer;
+    QList<qint64> sent;
+    log->on_debug_line = [&](const QString &) {
+        link->reconnect = sent.size() < drops;
+        sent.append(timer.elapsed());
+    };
+    timer.start();
+    QCOMPARE(link->host_command("vo", "037"), 0);
+    QCOMPARE(sent.size(), drops + 1);
+    for (int i = 2; i < sent.size(); ++i)
+        QVERIFY(sent.at(i) - sent.at(i - 1) >= 150);
+    QVERIFY(speaker->wait_for_host_lines(drops + 1));
+    QCOMPARE(speaker->host_bytes(), QByteArray("RZ!vo037\n").repeated(drops + 1));
+    QCOMPARE(speaker->host_connections().accepted, drops + 1);
 }
 
 void tst_serial_wifi::a_drop_before_a_query_costs_that_query_alone()
@@ -636,6 +679,21 @@ void tst_serial_wifi::a_deleted_link_closes_both_channels()
     link.reset();
     QVERIFY(speaker->wait_for_host_open(0));
     QVERIFY(speaker->wait_until([&] { return speaker->at_connections().open == 0; }));
+}
+
+void tst_serial_wifi::many_reconnects_leave_no_descriptor_behind()
+{
+    speaker->set_value("vo", "37");
+    QVERIFY(speaker->wait_until([&] { return speaker->at_connections().open == 1; }));
+    const int before = open_descriptors();
+    for (int i = 0; i < 50; ++i) {
+        speaker->cut_link(i % 2 ? Cut_How::fin : Cut_How::rst);
+        QVERIFY(speaker->wait_for_host_open(0));
+        link->host_query_int("vo"); // notices the drop
+        QCOMPARE(link->host_query_int("vo"), 37L);
+    }
+    QCOMPARE(speaker->host_connections().accepted, 51);
+    QTRY_COMPARE(open_descriptors(), before); // the speaker's ends are among them
 }
 
 void tst_serial_wifi::prepare_xon_sets_the_flow_state()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
 #include <QTest>
+#include <atomic>
 #include <memory>
 #include <thread>
 
@@ -29,6 +30,7 @@ private Q_SLOTS:
     void a_reply_that_pauses_for_6_s_is_joined();
     void a_line_to_a_silent_host_costs_5_s();
     void query_uart_without_answer_ends_after_5_s();
+    void a_command_that_always_drops_is_given_up_5_s_after_the_thread_is_told_to_end();
 
 private:
     bool took_one_timeout() const
@@ -140,6 +142,35 @@ void tst_serial_wifi_slow::query_uart_without_answer_ends_after_5_s()
     QCOMPARE(link->query_uart(), 0);
     QVERIFY(took_one_timeout());
     QCOMPARE(speaker->at_bytes(), QByteArray("AT+UART?\n\r"));
+}
+
+// The log line of a command comes between its write and the look at `reconnect`: what it sets there is a drop
+// within the write.
+void tst_serial_wifi_slow::a_command_that_always_drops_is_given_up_5_s_after_the_thread_is_told_to_end()
+{
+    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    std::atomic<serial_wifi *> link{nullptr};
+    std::atomic<bool> dropping{true};
+    log->on_debug_line = [&](const QString &) {
+        if (dropping)
+            link.load()->reconnect = true;
+    };
+    int result = 0;
+    const std::unique_ptr<QThread> thread(QThread::create([&] {
+        const auto own = open_link_to(own_loopback(1));
+        link = own.get();
+        result = own->host_command("MO", nullptr);
+    }));
+    thread->start();
+    QVERIFY(speaker->wait_for_host_lines(5));
+    timer.start();
+    thread->requestInterruption();
+    const bool ended = thread->wait(3 * timeout);
+    dropping = false; // ends it in any case
+    thread->wait();
+    QVERIFY(ended);
+    QVERIFY(took_one_timeout());
+    QCOMPARE(result, -1);
 }
 
 QTEST_GUILESS_MAIN(tst_serial_wifi_slow)

@@ -66,6 +66,7 @@ private Q_SLOTS:
     void switching_the_high_pass_sends_0_and_the_frequency_again();
     void frequency_and_switch_of_the_high_pass_send_fh_twice();
     void profile_requests_are_cleared_when_they_have_been_sent();
+    void ten_volumes_while_the_worker_is_busy_are_one_frame();
     void one_pass_serves_all_wakes();
 
 private:
@@ -434,6 +435,18 @@ void tst_Virelo_Sub::profile_requests_are_cleared_when_they_have_been_sent()
     QCOMPARE(control->profile_load, 0);
     QCOMPARE(control->profile_save, 0);
     QCOMPARE(written(), (Lines{"RZ!Pl 1\n", "RZ!Ps 2\n"}));
+}
+
+void tst_Virelo_Sub::ten_volumes_while_the_worker_is_busy_are_one_frame()
+{
+    make();
+    QVERIFY(start_worker(*control));
+    control->Polarity(0);
+    QVERIFY(speaker->wait_for_host_line("RZ!po0\n"));
+    for (int volume = 41; volume <= 50; ++volume)
+        control->set_volume(volume);
+    control->terminate();
+    QCOMPARE(written(), (Lines{"RZ!po0\n", "RZ!vo050\n"}));
 }
 
 void tst_Virelo_Sub::one_pass_serves_all_wakes()

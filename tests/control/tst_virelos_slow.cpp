@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
 #include <QTest>
+#include <thread>
 
 #include "control/virelo_sub.h"
 #include "tests/control/control_fixture.h"
@@ -13,6 +14,7 @@ class tst_Virelos_slow : public QObject
 
 private Q_SLOTS:
     void a_direct_command_leaves_a_busy_worker_after_5_s_and_is_sent_later();
+    void terminate_ends_a_worker_whose_replies_never_end();
 };
 
 // The speaker answers none of the worker's three reads, so the worker is busy for 15 s.
@@ -40,6 +42,30 @@ void tst_Virelos_slow::a_direct_command_leaves_a_busy_worker_after_5_s_and_is_se
     QVERIFY(speaker.wait_for_host_line("RZ!PF\n", 20000));
     QCOMPARE(speaker.host_lines(), (Lines{"RZ?MO\n", "RZ?LO\n", "RZ?MT\n", "RZ!PF\n"}));
     control.terminate();
+    QCOMPARE(log.warnings(), QStringList());
+}
+
+void tst_Virelos_slow::terminate_ends_a_worker_whose_replies_never_end()
+{
+    Log_Capture log;
+    Virelo_Sub control(18, own_loopback(1), "Cellar");
+    Virtual_Speaker speaker(speaker_at_home(18));
+    Speaker_Faults faults;
+    faults.host_no_cr = true;
+    speaker.set_faults(faults);
+    QVERIFY2(speaker.start(), qPrintable(speaker.error()));
+
+    control.start();
+    QVERIFY(speaker.wait_for_host_line("RZ?MO\n"));
+    control.lockOn();
+    std::thread waiting([&control] { control.terminate(); });
+    const bool ended = control.wait(20000);
+    if (!ended)
+        speaker.stop(); // ends it in any case
+    waiting.join();
+    QVERIFY(ended);
+    QCOMPARE(control.lock, 0);
+    QCOMPARE(speaker.host_lines(), (Lines{"RZ?MO\n", "RZ?LO\n", "RZ?MT\n"}));
     QCOMPARE(log.warnings(), QStringList());
 }
 

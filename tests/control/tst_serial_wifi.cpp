@@ -56,6 +56,7 @@ private Q_SLOTS:
     void a_link_that_closes_within_a_reply_gives_minus_1();
     void a_reply_that_is_complete_counts_though_the_link_closes_behind_it();
     void a_write_on_a_lost_link_is_negative_and_the_next_command_reconnects();
+    void a_drop_that_events_tell_of_asks_for_a_reconnect_too();
     void a_failed_reconnect_leaves_a_dead_link();
     void a_link_that_was_never_connected_refuses_everything();
     void a_refused_command_does_not_sleep();
@@ -567,6 +568,22 @@ void tst_serial_wifi::a_write_on_a_lost_link_is_negative_and_the_next_command_re
     QVERIFY(!link->reconnect);
 }
 
+// A link of the GUI thread, as it is used in flash mode.
+void tst_serial_wifi::a_drop_that_events_tell_of_asks_for_a_reconnect_too()
+{
+    speaker->send_host("!");
+    QTRY_COMPARE(link->host_socket->bytesAvailable(), 1);
+    speaker->cut_link(Cut_How::rst);
+    QTRY_VERIFY(link->reconnect);
+    QCOMPARE(link->send_line("lost\n"), 0);
+    link->clear_recv_socket();
+    link->readReady();
+    QVERIFY(link->reconnect);
+    QCOMPARE(link->host_command("MF", nullptr), 0);
+    QVERIFY(speaker->wait_for_host_lines(1));
+    QCOMPARE(speaker->host_lines(), Lines{"RZ!MF\n"});
+}
+
 void tst_serial_wifi::a_failed_reconnect_leaves_a_dead_link()
 {
     speaker->stop();
@@ -661,6 +678,7 @@ void tst_serial_wifi::the_at_channel_is_not_watched()
 {
     link->at_socket->abort();
     QVERIFY(!link->reconnect);
+    QCOMPARE(link->query_uart(), 0);
     QCOMPARE(link->host_command("MO", nullptr), 0);
     QCOMPARE(speaker->host_connections().accepted, 1);
 }

@@ -195,10 +195,11 @@ void tst_Virelo_Air::a_refused_letter_reads_as_NUL()
     QVERIFY2(speaker->start(), qPrintable(speaker->error()));
     speaker->set_host_reply("IN", "RZ00B\r");
     speaker->set_host_reply("pl", "RZ#00\r");
+    speaker->set_host_reply("ro", "RZ#00nothing\r");
     control = std::make_unique<Virelo_Air>(13, own_loopback(1), "Kitchen");
     QCOMPARE(control->input, '\0');
     QCOMPARE(control->position, '\r'); // the payload as it stands
-    QCOMPARE(control->room, 'n');
+    QCOMPARE(control->room, 'n');      // the first byte
 }
 
 void tst_Virelo_Air::a_letter_is_taken_by_its_index_data()

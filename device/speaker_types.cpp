@@ -8,24 +8,24 @@ namespace
 {
 struct speaker_type {
     int type;
+    bool accepted;
     const char *name;
     const char *code;
-    bool accepted;
 };
 
 // 22 can be named and has firmware, but is never identified as such: meant.
 constexpr speaker_type speaker_types[] = {
-    {13, "Cadre 3.2 Air", "vc3w", true},   {14, "Cadre 5.2 Air", "vc5w", true},
-    {15, "Cadre 7.2 Air", "vc7w", true},   {16, "Cadre 8.2 Air", "vc8w", true},
-    {17, "Cadre 9.2 Air", "vc9w", true},   {TYPE_SUB, "Sub 12 Air", "vs12w", true},
-    {19, "Center.2 Air", "vccw", true},    {22, "Cadre 11.2 Air", "vc11w", false},
-    {37, "Cadre 3.3 Air", "vc3.3w", true}, {38, "Cadre 5.3 Air", "vc5.3w", true},
-    {39, "Cadre 7.3 Air", "vc7.3w", true}, {40, "Cadre 8.3 Air", "vc8.3w", true},
-    {41, "Cadre 9.3 Air", "vc9.3w", true}, {42, "Sub 12.3 Air", "vs12.3w", true},
-    {43, "Center.3 Air", "vcc.3w", true},  {44, "Cadre 11.3 Air", "vc11.3w", true},
+    {13, true, "Cadre 3.2 Air", "vc3w"},   {14, true, "Cadre 5.2 Air", "vc5w"},
+    {15, true, "Cadre 7.2 Air", "vc7w"},   {16, true, "Cadre 8.2 Air", "vc8w"},
+    {17, true, "Cadre 9.2 Air", "vc9w"},   {TYPE_SUB, true, "Sub 12 Air", "vs12w"},
+    {19, true, "Center.2 Air", "vccw"},    {22, false, "Cadre 11.2 Air", "vc11w"},
+    {37, true, "Cadre 3.3 Air", "vc3.3w"}, {38, true, "Cadre 5.3 Air", "vc5.3w"},
+    {39, true, "Cadre 7.3 Air", "vc7.3w"}, {40, true, "Cadre 8.3 Air", "vc8.3w"},
+    {41, true, "Cadre 9.3 Air", "vc9.3w"}, {42, true, "Sub 12.3 Air", "vs12.3w"},
+    {43, true, "Center.3 Air", "vcc.3w"},  {44, true, "Cadre 11.3 Air", "vc11.3w"},
 };
 
-constexpr speaker_type unknown_speaker = {TYPE_UNKNOWN, "Unknown Speaker :-(", "xxx", false};
+constexpr speaker_type unknown_speaker = {TYPE_UNKNOWN, false, "Unknown Speaker :-(", "xxx"};
 
 const speaker_type &row_of(int type)
 {

@@ -35,7 +35,7 @@ endif()
 # An interface target, so that a tree that includes this one keeps its own flags.
 add_library(virelo_flags INTERFACE)
 target_include_directories(virelo_flags INTERFACE "${PROJECT_SOURCE_DIR}")
-target_compile_definitions(virelo_flags INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH
+target_compile_definitions(virelo_flags INTERFACE QT_DEPRECATED_WARNINGS QT_NO_FOREACH QT_MESSAGELOGCONTEXT
                            $<$<CONFIG:Release>:QT_NO_DEBUG>)
 if(NOT MSVC)
     target_compile_options(virelo_flags INTERFACE -Wall -Wextra -Wpedantic -Wno-unused-parameter

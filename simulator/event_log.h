@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QString>
+#include <mutex>
+
+// One readable line for each event: seconds since the start, who, what. Written at once to standard output,
+// and to a file where one is named. Any thread.
+class Event_Log
+{
+public:
+    Event_Log();
+
+    bool open_file(const QString &path); // false if it cannot be written; error() says why
+    QString error() const;
+
+    void event(const QString &who, const QString &what);
+    void line(const QString &text); // without time and name
+
+private:
+    QElapsedTimer clock;
+    QFile file;
+    std::mutex mutex;
+};

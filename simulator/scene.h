@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "simulator/download_server.h"
+#include "simulator/speaker_config.h"
+#include "simulator/speaker_faults.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+// A house of virtual speakers, as read from a JSON text. A plain value.
+struct Scene {
+    struct Speaker {
+        Speaker_Config config;
+        Speaker_Faults faults;
+        bool present = true; // false: it is there only after "join"
+    };
+    QList<Speaker> speakers;
+    bool has_download_server = false;
+    Download_Config download;
+    Download_Faults download_faults;
+};
+
+// Reads a scene; false with the reason in `error`. Strict: an unknown key, a wrong type, a value out of
+// range, a fault that is none, or two speakers of one name or address are refused. Pure; any thread.
+bool read_scene(const QByteArray &json, Scene &scene, QString *error);
+
+// The scenes that come along, by name; load_scene takes such a name or the path of a file.
+QStringList scene_names();
+bool load_scene(const QString &name_or_path, Scene &scene, QString *error);

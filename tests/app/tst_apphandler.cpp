@@ -8,7 +8,7 @@
 #include "app/globals.h"
 #include "control/virelo_unknown.h"
 #include "device/device_desc.h"
-#include "tests/app/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {
@@ -93,7 +93,7 @@ void tst_apphandler::construction_is_logged()
 {
     Log_Capture log;
     const AppHandler another(qApp);
-    QCOMPARE(log.texts, QStringList("*** void apphandler::AppHandler() constructor"));
+    QCOMPARE(log.texts(), QStringList("*** void apphandler::AppHandler() constructor"));
 }
 
 void tst_apphandler::activation_pings_each_speaker_once()
@@ -106,7 +106,7 @@ void tst_apphandler::activation_pings_each_speaker_once()
         QCOMPARE(control->ping, 1);
         QCOMPARE(control->pending, 1);
     }
-    QCOMPARE(log.texts,
+    QCOMPARE(log.texts(),
              state_log("ApplicationActive") +
                  QStringList({"\n\n\nAPP ACTIVE AGAIN!!!", "void AppHandler::pingDevice() PINGING DEVICE:",
                               "Pinging Device # 1 :  \"Kitchen\"", "Pinging Device # 2 :  \"Hall\""}));
@@ -120,15 +120,15 @@ void tst_apphandler::activation_skips_a_record_without_control()
     emit qApp->applicationStateChanged(Qt::ApplicationActive);
     QCOMPARE(controls.first()->ping, 1);
     QCOMPARE(controls.first()->pending, 1);
-    QVERIFY(log.texts.contains("Pinging Device # 1 :  \"New\""));
-    QVERIFY(log.texts.contains("Pinging Device # 2 :  \"Kitchen\""));
+    QVERIFY(log.texts().contains("Pinging Device # 1 :  \"New\""));
+    QVERIFY(log.texts().contains("Pinging Device # 2 :  \"Kitchen\""));
 }
 
 void tst_apphandler::activation_with_no_speaker_only_logs()
 {
     Log_Capture log;
     emit qApp->applicationStateChanged(Qt::ApplicationActive);
-    QCOMPARE(log.texts,
+    QCOMPARE(log.texts(),
              state_log("ApplicationActive") +
                  QStringList({"\n\n\nAPP ACTIVE AGAIN!!!", "void AppHandler::pingDevice() PINGING DEVICE:"}));
 }
@@ -161,7 +161,7 @@ void tst_apphandler::other_states_ping_nobody()
     emit qApp->applicationStateChanged(Qt::ApplicationState(state));
     QCOMPARE(controls.first()->ping, 0);
     QCOMPARE(controls.first()->pending, 0);
-    QCOMPARE(log.texts, state_log(word));
+    QCOMPARE(log.texts(), state_log(word));
 }
 
 void tst_apphandler::ping_is_left_to_the_worker()
@@ -197,11 +197,11 @@ void tst_apphandler::destructor_removes_the_message_handler()
     const QtMessageHandler capturing = qInstallMessageHandler(nullptr);
     qInstallMessageHandler(capturing);
     QVERIFY(!is_default_handler(capturing));
-    log.texts.clear();
+    log.clear();
     handler.reset();
     const QtMessageHandler left = qInstallMessageHandler(capturing);
     QVERIFY(is_default_handler(left));
-    QCOMPARE(log.texts, QStringList("~AppHandler Destructor called"));
+    QCOMPARE(log.texts(), QStringList("~AppHandler Destructor called"));
 }
 
 QTEST_MAIN(tst_apphandler)

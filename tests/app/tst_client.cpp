@@ -154,9 +154,9 @@ void tst_client::resize_is_logged()
 {
     Overview_World world;
     world.open_and_show();
-    world.log.texts.clear();
+    world.log.clear();
     client->resize(800, 700);
-    QTRY_VERIFY(world.log.texts.contains("Client::resizeEvent() QSize(800, 700)"));
+    QTRY_VERIFY(world.log.texts().contains("Client::resizeEvent() QSize(800, 700)"));
 }
 
 void tst_client::discovery_starts_before_the_window_shows()
@@ -165,7 +165,7 @@ void tst_client::discovery_starts_before_the_window_shows()
     world.open();
     QVERIFY(!client->isVisible());
     QVERIFY(overview->zeroConf);
-    QVERIFY(world.log.texts.contains("QZeroConf::startBrowser: return"));
+    QVERIFY(world.log.texts().contains("QZeroConf::startBrowser: return"));
 }
 
 void tst_client::closing_the_window_ends_the_event_loop_data()

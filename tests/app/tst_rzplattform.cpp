@@ -6,7 +6,7 @@
 #include <cmath>
 
 #include "app/rzplattform.h"
-#include "tests/app/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 // Run once on the core of this system and once on the "ios" core (TEST_OS_WORD); the same program runs itself
 // again on other screens.
@@ -91,7 +91,7 @@ void tst_rzplattform::class_follows_word_width_and_diagonal()
     QFETCH(QString, log);
     Log_Capture capture;
     QCOMPARE(classify_device(word, width, diagonal), device_class);
-    QCOMPARE(capture.texts, log.isEmpty() ? QStringList() : QStringList{log});
+    QCOMPARE(capture.texts(), log.isEmpty() ? QStringList() : QStringList{log});
 }
 
 void tst_rzplattform::fields_hold_the_metrics_of_the_first_screen()
@@ -159,7 +159,7 @@ void tst_rzplattform::measurement_is_logged_in_order()
 
     Log_Capture capture;
     const rzplattform metrics;
-    QCOMPARE(capture.texts, expected);
+    QCOMPARE(capture.texts(), expected);
 }
 
 QTEST_MAIN(tst_rzplattform)

@@ -10,7 +10,7 @@
 #include "app/globals.h"
 #include "control/virelos.h"
 #include "device/device_desc.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 // Notes down what it is asked to do, with its place among the listed speakers.
 class Noting_Control : public Virelos

@@ -7,7 +7,7 @@
 #include <thread>
 
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 // The host link against a virtual speaker: frames, replies, and recovery from a broken link.
 class tst_serial_wifi : public QObject

@@ -7,7 +7,7 @@
 
 #include "simulator/black_hole.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {

@@ -7,7 +7,7 @@
 
 #include "control/virelo_air.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 using Number = int Virelo_Air::*;
 using Letter = char Virelo_Air::*;

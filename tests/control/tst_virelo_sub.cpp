@@ -7,7 +7,7 @@
 
 #include "control/virelo_sub.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 using Number = int Virelo_Sub::*;
 Q_DECLARE_METATYPE(Number)

@@ -4,7 +4,7 @@
 
 #include "control/virelo_unknown.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 // A speaker of unknown type keeps what it is told and sends nothing.
 class tst_Virelo_Unknown : public QObject

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {

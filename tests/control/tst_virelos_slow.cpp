@@ -5,7 +5,7 @@
 
 #include "control/virelo_sub.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 // What the worker does when time limits of 5 s run out for real.
 class tst_Virelos_slow : public QObject

@@ -9,6 +9,7 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {
@@ -24,30 +25,6 @@ QZeroConfService make_service(const Http_Peer &peer)
     service->port = peer.serverPort();
     return service;
 }
-
-QStringList logged;
-
-void collect(QtMsgType, const QMessageLogContext &, const QString &text)
-{
-    static QMutex mutex; // the record's thread logs too
-    QMutexLocker locker(&mutex);
-    logged += text;
-}
-
-// Collects all log lines as long as it lives.
-class Log_Catcher
-{
-public:
-    Log_Catcher()
-        : before(qInstallMessageHandler(collect))
-    {
-        logged.clear();
-    }
-    ~Log_Catcher() { qInstallMessageHandler(before); }
-
-private:
-    QtMessageHandler before;
-};
 } // namespace
 
 class tst_device_desc : public QObject
@@ -373,10 +350,10 @@ void tst_device_desc::the_start_logs_the_service_and_posts_in_order()
     Device_Desc record(nullptr, false, "");
     QStringList lines;
     {
-        Log_Catcher catcher;
+        Log_Capture log;
         record.set_QZeroConfService(make_service(*peer));
         QVERIFY(record.wait());
-        lines = logged;
+        lines = log.texts();
     }
     QStringList paths;
     for (const QString &line : qAsConst(lines)) {

@@ -6,7 +6,7 @@
 #include <QString>
 
 #include "device/device_desc.h"
-#include "tests/app/log_capture.h"
+#include "tests/fakes/log_capture.h"
 
 class Client_Overview;
 class QTreeWidgetItem;
@@ -30,7 +30,8 @@ public:
     // A record in device_list, without a service. It is freed with this world, `control` never.
     Device_Desc *add_record(const QString &name, Virelos *control);
 
-    Log_Capture log; // all that is logged meanwhile
+    // All that the GUI thread logs meanwhile; what workers log would come at any time between.
+    Log_Capture log{Log_Capture::Own_Thread};
 
     static QTreeWidgetItem *row(int position); // at top level
     static void click(QTreeWidgetItem *item);  // with the mouse

@@ -232,7 +232,7 @@ void tst_client_overview::columns_follow_window_width_and_ratio()
     plattform->ratio = ratio;
     Client_Overview *view = world.open();
     QCOMPARE(column_widths(view), widths);
-    QVERIFY2(world.log.texts.contains(log), qPrintable(world.log.texts.join('\n')));
+    QVERIFY2(world.log.texts().contains(log), qPrintable(world.log.texts().join('\n')));
 }
 
 void tst_client_overview::header_names_the_columns()

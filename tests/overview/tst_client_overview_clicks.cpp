@@ -70,12 +70,12 @@ void tst_client_overview_clicks::selected_device_is_the_record_of_the_first_sele
     world.add_record("Hall", control_of_type(255));
     Device_Desc *device = world.add_record("Kitchen", control_of_type(255));
     overview->update_tree_widget();
-    world.log.texts.clear();
+    world.log.clear();
     QVERIFY(!overview->selected_device());
-    QCOMPARE(world.log.texts, QStringList());
+    QCOMPARE(world.log.texts(), QStringList());
     Overview_World::row(1)->setSelected(true);
     QCOMPARE(overview->selected_device(), device);
-    QCOMPARE(world.log.texts, QStringList("selected air: \"Kitchen\""));
+    QCOMPARE(world.log.texts(), QStringList("selected air: \"Kitchen\""));
 }
 
 void tst_client_overview_clicks::click_remembers_the_record()

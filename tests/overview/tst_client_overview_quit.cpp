@@ -134,16 +134,16 @@ void tst_client_overview_quit::gesture_is_logged_in_the_order_of_the_signals()
 {
     Overview_World world;
     world.open_and_show();
-    world.log.texts.clear();
+    world.log.clear();
     press();
     overview->quit_blocked = true; // the handler stays, so that all is seen
     release();
-    QCOMPARE(world.log.texts, QStringList({"quitPressed", "quitReleased", "quitClicked"}));
-    world.log.texts.clear();
+    QCOMPARE(world.log.texts(), QStringList({"quitPressed", "quitReleased", "quitClicked"}));
+    world.log.clear();
     overview->quitHold();
-    QCOMPARE(world.log.texts, QStringList());
+    QCOMPARE(world.log.texts(), QStringList());
     overview->hoodTimer();
-    QCOMPARE(world.log.texts.value(0), QString("quit Hold Timer expired!"));
+    QCOMPARE(world.log.texts().value(0), QString("quit Hold Timer expired!"));
 }
 
 void tst_client_overview_quit::press_starts_a_single_shot_of_two_seconds()
@@ -180,7 +180,7 @@ void tst_client_overview_quit::expired_timer_blocks_the_release()
     QVERIFY(!overview->hood_timer->isActive());
     release();
     QVERIFY(client->isVisible());
-    QVERIFY(world.log.texts.contains("quit Hold Timer expired!"));
+    QVERIFY(world.log.texts().contains("quit Hold Timer expired!"));
 }
 
 void tst_client_overview_quit::hood_timer_blocks_quitting()
@@ -240,7 +240,7 @@ void tst_client_overview_quit::timer_goes_on_after_a_swallowed_release()
     release();
     QVERIFY(overview->hood_timer->isActive());
     overview->hood_timer->start(0); // the two seconds, shortened
-    QTRY_VERIFY(world.log.texts.contains("quit Hold Timer expired!"));
+    QTRY_VERIFY(world.log.texts().contains("quit Hold Timer expired!"));
     QVERIFY(client->isVisible());
 }
 

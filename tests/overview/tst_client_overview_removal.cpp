@@ -67,7 +67,7 @@ void tst_client_overview_removal::removal_compares_name_address_and_port()
         left.removeAll(name);
     QCOMPARE(listed_names(), left);
     QCOMPARE(row_names(), left);
-    QCOMPARE(world.log.texts.contains("$$$ Device found - removing!"), known);
+    QCOMPARE(world.log.texts().contains("$$$ Device found - removing!"), known);
 }
 
 void tst_client_overview_removal::removal_without_match_redraws_nothing()

@@ -291,18 +291,19 @@ void tst_client_overview_tree::redraw_numbers_the_records_in_the_log()
     world.add_record("Kitchen", control_of_type(14));
     const QStringList devices{"Device # 1 :  \"Hall\"", "Device # 2 :  \"Kitchen\""};
 
-    world.log.texts.clear();
+    world.log.clear();
     overview->update_tree_widget();
-    QCOMPARE(world.log.texts, QStringList({"Client_Overview::update_tree_widget()",
-                                           "Client_Overview::update_tree_widget(): NO group master"}) +
-                                  devices);
+    QCOMPARE(world.log.texts(), QStringList({"Client_Overview::update_tree_widget()",
+                                             "Client_Overview::update_tree_widget(): NO group master"}) +
+                                    devices);
     sender_device = device_list.first();
-    world.log.texts.clear();
+    world.log.clear();
     overview->update_tree_widget();
-    world.log.texts.removeAll("Name: \"\"");
-    QCOMPARE(world.log.texts.first(), QString("Client_Overview::update_tree_widget()"));
-    QCOMPARE(world.log.texts.mid(world.log.texts.size() - 2), devices);
-    QVERIFY(!world.log.texts.contains("Client_Overview::update_tree_widget(): NO group master"));
+    QStringList texts = world.log.texts();
+    texts.removeAll("Name: \"\"");
+    QCOMPARE(texts.first(), QString("Client_Overview::update_tree_widget()"));
+    QCOMPARE(texts.mid(texts.size() - 2), devices);
+    QVERIFY(!texts.contains("Client_Overview::update_tree_widget(): NO group master"));
 }
 
 void tst_client_overview_tree::group_row_holds_its_members()

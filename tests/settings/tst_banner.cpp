@@ -7,7 +7,7 @@
 #include "app/rzplattform.h"
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
-#include "tests/settings/log_trap.h"
+#include "tests/fakes/log_capture.h"
 
 class tst_banner : public QObject
 {
@@ -60,12 +60,12 @@ void tst_banner::every_banner_has_a_picture_of_its_size()
 
 void tst_banner::a_missing_picture_leaves_an_empty_label_and_says_nothing()
 {
-    Log_Trap log;
+    Log_Capture log;
     const std::unique_ptr<RZPixmapLabel> banner(make_banner("Deko_None"));
     banner->resize(300, 100);
     banner->grab();
     QVERIFY(banner->source_pixmap.isNull());
-    QCOMPARE(log.warnings, QStringList());
+    QCOMPARE(log.warnings(), QStringList());
 }
 
 QTEST_MAIN(tst_banner)

@@ -12,8 +12,8 @@
 #include "settings/client_settings_air.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
+#include "tests/fakes/log_capture.h"
 #include "tests/settings/grid_probe.h"
-#include "tests/settings/log_trap.h"
 #include "tests/settings/marking_translator.h"
 #include "tests/settings/probe_air.h"
 

@@ -14,8 +14,8 @@
 #include "device/speaker_types.h"
 #include "settings/client_settings_air.h"
 #include "settings/rzslider.h"
+#include "tests/fakes/log_capture.h"
 #include "tests/settings/grid_probe.h"
-#include "tests/settings/log_trap.h"
 #include "tests/settings/probe_air.h"
 
 // What the tab does when it is pointed at another speaker.

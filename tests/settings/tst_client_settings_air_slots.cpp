@@ -14,7 +14,7 @@
 #include "device/device_desc.h"
 #include "settings/client_settings_air.h"
 #include "settings/rzslider.h"
-#include "tests/settings/log_trap.h"
+#include "tests/fakes/log_capture.h"
 #include "tests/settings/marking_translator.h"
 #include "tests/settings/probe_air.h"
 
@@ -97,11 +97,11 @@ void tst_client_settings_air_slots::every_control_is_connected()
 
 void tst_client_settings_air_slots::a_phone_has_no_dial_to_connect()
 {
-    Log_Trap log;
+    Log_Capture log;
     plattform->device_class = DEVICE_PHONE;
     make_tab(50);
     QVERIFY(!tab->vol_dial);
-    QCOMPARE(log.warnings, QStringList());
+    QCOMPARE(log.warnings(), QStringList());
 }
 
 static QPoint handle_middle(RZSlider *slider)
@@ -333,9 +333,9 @@ void tst_client_settings_air_slots::an_empty_selection_is_dropped()
 
 void tst_client_settings_air_slots::bass_is_logged()
 {
-    Log_Trap log;
+    Log_Capture log;
     tab->bass_combo->setCurrentIndex(2);
-    QCOMPARE(log.lines, QStringList{"BASS"});
+    QCOMPARE(log.debug_lines(), QStringList{"BASS"});
 }
 
 void tst_client_settings_air_slots::beep_asks_for_one_beep()
@@ -362,14 +362,15 @@ void tst_client_settings_air_slots::bluetooth_is_asked_for_before_the_input_chan
 
     const int requests = request_serial;
     {
-        Log_Trap log;
+        Log_Capture log;
         QByteArray inputs_when_asked;
-        log.on_any_line = [&](const QString &) {
+        log.on_debug_line = [&](const QString &) {
             if (request_serial > requests)
                 inputs_when_asked.append(air->input);
         };
         tab->input_combo->setCurrentIndex(3);
-        QVERIFY(log.lines.contains("******* Client_Settings_Air::inputChanged( 3 ) => BLUETOOTH ENABLE!"));
+        QVERIFY(log.debug_lines().contains(
+            "******* Client_Settings_Air::inputChanged( 3 ) => BLUETOOTH ENABLE!"));
         QVERIFY(!inputs_when_asked.isEmpty());
         QCOMPARE(inputs_when_asked, QByteArray(inputs_when_asked.size(), 'W'));
     }
@@ -461,7 +462,7 @@ void tst_client_settings_air_slots::a_strange_time_is_safe_data()
 void tst_client_settings_air_slots::a_strange_time_is_safe()
 {
     QFETCH(int, mt);
-    Log_Trap log;
+    Log_Capture log;
     air->mt = mt;
     QTest::mouseClick(tab->mute_button, Qt::LeftButton);
     QVERIFY(tab->mute_timer);
@@ -470,7 +471,7 @@ void tst_client_settings_air_slots::a_strange_time_is_safe()
     QVERIFY(tab->mute_button->isChecked());
     QTest::mouseClick(tab->mute_button, Qt::LeftButton);
     QVERIFY(!tab->mute_timer->isActive());
-    QCOMPARE(log.warnings, QStringList());
+    QCOMPARE(log.warnings(), QStringList());
 }
 
 void tst_client_settings_air_slots::a_press_of_the_slider_does_nothing()

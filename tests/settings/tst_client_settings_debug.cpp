@@ -9,8 +9,8 @@
 #include "app/message_handler.h"
 #include "app/rzplattform.h"
 #include "settings/client_settings_debug.h"
+#include "tests/fakes/log_capture.h"
 #include "tests/settings/grid_probe.h"
-#include "tests/settings/log_trap.h"
 #include "tests/settings/marking_translator.h"
 
 class tst_client_settings_debug : public QObject
@@ -30,7 +30,7 @@ private slots:
 
 void tst_client_settings_debug::shows_a_headline_and_the_console_as_its_child()
 {
-    Log_Trap log;
+    Log_Capture log;
     const Client_Settings_Debug tab(nullptr);
     QVERIFY(!tab.control);
     QCOMPARE(tab.layout(), tab.grid);
@@ -45,7 +45,7 @@ void tst_client_settings_debug::shows_a_headline_and_the_console_as_its_child()
 
 void tst_client_settings_debug::the_first_line_and_two_line_breaks_come_in_one_append()
 {
-    Log_Trap log;
+    Log_Capture log;
     QTextEdit reference;
     reference.append("DEBUG CONSOLE WINDOW\n\n");
     QSignalSpy changed(debug_console, SIGNAL(textChanged()));
@@ -57,11 +57,11 @@ void tst_client_settings_debug::the_first_line_and_two_line_breaks_come_in_one_a
 
 void tst_client_settings_debug::the_ordinary_log_channel_is_tried_after_the_first_line()
 {
-    Log_Trap log;
+    Log_Capture log;
     QString console_then;
-    log.on_any_line = [&](const QString &) { console_then = debug_console->toPlainText(); };
+    log.on_debug_line = [&](const QString &) { console_then = debug_console->toPlainText(); };
     const Client_Settings_Debug tab(nullptr);
-    QCOMPARE(log.lines, QStringList{"This is the first qDebug() output..."});
+    QCOMPARE(log.debug_lines(), QStringList{"This is the first qDebug() output..."});
     QCOMPARE(console_then, QString("DEBUG CONSOLE WINDOW\n\n"));
 }
 
@@ -76,16 +76,16 @@ void tst_client_settings_debug::with_the_message_handler_the_log_line_comes_to_t
 
 void tst_client_settings_debug::its_end_is_logged()
 {
-    Log_Trap log;
+    Log_Capture log;
     auto tab = std::make_unique<Client_Settings_Debug>(nullptr);
-    log.lines.clear();
+    log.clear();
     tab.reset();
-    QCOMPARE(log.lines, QStringList{"~Client_Settings_Debug() called!"});
+    QCOMPARE(log.debug_lines(), QStringList{"~Client_Settings_Debug() called!"});
 }
 
 void tst_client_settings_debug::the_headline_is_translated_in_the_context_of_the_class()
 {
-    Log_Trap log;
+    Log_Capture log;
     Marking_Translator translator("Client_Settings_Debug");
     QCoreApplication::installTranslator(&translator);
     const Client_Settings_Debug tab(nullptr);

@@ -7,8 +7,8 @@
 #include "app/rzplattform.h"
 #include "settings/client_settings_empty2.h"
 #include "settings/rzpixmaplabel.h"
+#include "tests/fakes/log_capture.h"
 #include "tests/settings/grid_probe.h"
-#include "tests/settings/log_trap.h"
 #include "tests/settings/marking_translator.h"
 
 class tst_client_settings_empty2 : public QObject
@@ -60,9 +60,9 @@ void tst_client_settings_empty2::the_banner_is_the_wide_one_above_2000_pixels()
 void tst_client_settings_empty2::logs_the_size_of_the_screen_under_the_name_of_the_other_class()
 {
     plattform->desktop_height = 1080;
-    Log_Trap log;
+    Log_Capture log;
     const Client_Settings_Empty2 tab(nullptr, nullptr);
-    QCOMPARE(log.lines, QStringList{"Client_Settings_Empty wx= 1920  wy= 1080"});
+    QCOMPARE(log.debug_lines(), QStringList{"Client_Settings_Empty wx= 1920  wy= 1080"});
 }
 
 void tst_client_settings_empty2::only_two_texts_are_translated()

@@ -2,7 +2,7 @@
 #include <QtTest>
 
 #include "settings/rzpixmaplabel.h"
-#include "tests/settings/log_trap.h"
+#include "tests/fakes/log_capture.h"
 
 class tst_rzpixmaplabel : public QObject
 {
@@ -102,24 +102,24 @@ void tst_rzpixmaplabel::a_resize_scales_the_full_size_picture_anew()
 
 void tst_rzpixmaplabel::a_resize_without_picture_does_nothing_and_says_nothing()
 {
-    Log_Trap log;
+    Log_Capture log;
     RZPixmapLabel label(nullptr);
     label.show();
     label.resize(200, 100);
     QTRY_COMPARE(label.size(), QSize(200, 100));
     QVERIFY(label.pixmap(Qt::ReturnByValue).isNull());
-    QCOMPARE(log.warnings, QStringList());
+    QCOMPARE(log.warnings(), QStringList());
 }
 
 void tst_rzpixmaplabel::a_null_picture_takes_the_picture_away_and_says_nothing()
 {
-    Log_Trap log;
+    Log_Capture log;
     RZPixmapLabel label(nullptr);
     label.setPixmap(picture(40, 20));
     label.setPixmap(QPixmap());
     QVERIFY(label.source_pixmap.isNull());
     QVERIFY(label.pixmap(Qt::ReturnByValue).isNull());
-    QCOMPARE(log.warnings, QStringList());
+    QCOMPARE(log.warnings(), QStringList());
 }
 
 void tst_rzpixmaplabel::the_slots_stand_in_order()

@@ -4,7 +4,7 @@
 
 #include "app/globals.h"
 #include "settings/rzpushbutton.h"
-#include "tests/settings/log_trap.h"
+#include "tests/fakes/log_capture.h"
 
 class tst_rzpushbutton : public QObject
 {
@@ -70,15 +70,15 @@ void tst_rzpushbutton::a_second_query_reports_again_and_held_stays()
 void tst_rzpushbutton::a_query_is_logged()
 {
     RZPushButton button("Quit", nullptr);
-    Log_Trap log;
+    Log_Capture log;
     button.inputMethodQuery(Qt::ImEnabled, QVariant(7));
-    QCOMPARE(log.lines.size(), 3);
-    QCOMPARE(log.lines.at(0),
+    QCOMPARE(log.debug_lines().size(), 3);
+    QCOMPARE(log.debug_lines().at(0),
              QString("******************\n"
                      "RZPushButton::inputMethodQuery(Qt::InputMethodQuery query, QVariant var)"));
-    QVERIFY2(log.lines.at(1).startsWith("query"), qPrintable(log.lines.at(1)));
-    QVERIFY2(log.lines.at(2).startsWith("variant") && log.lines.at(2).contains("7"),
-             qPrintable(log.lines.at(2)));
+    QVERIFY2(log.debug_lines().at(1).startsWith("query"), qPrintable(log.debug_lines().at(1)));
+    QVERIFY2(log.debug_lines().at(2).startsWith("variant") && log.debug_lines().at(2).contains("7"),
+             qPrintable(log.debug_lines().at(2)));
 }
 
 void tst_rzpushbutton::the_platform_reaches_the_query_by_name()

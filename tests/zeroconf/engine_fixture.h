@@ -7,31 +7,10 @@
 #include <QTest>
 
 #include "tests/fakes/fake_dns_sd.h"
+#include "tests/fakes/log_capture.h"
 #include "zeroconf/qzeroconf.h"
 #include "zeroconf/qzeroconfprivate.h"
 #include "zeroconf/resolver.h"
-
-// Collects what is logged while it lives. One at a time.
-class LogCapture
-{
-public:
-    LogCapture()
-    {
-        current = this;
-        previous =
-            qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &text) {
-                (type == QtDebugMsg ? current->texts : current->complaints) << text;
-            });
-    }
-    ~LogCapture() { qInstallMessageHandler(previous); }
-
-    QStringList texts;      // debug lines
-    QStringList complaints; // anything above: Qt has something to say about a notifier, for one
-
-private:
-    static inline LogCapture *current = nullptr;
-    QtMessageHandler previous;
-};
 
 // What every test of the engine begins with: a fresh scripted dns_sd and a facade whose signals are recorded.
 struct Engine {
@@ -115,7 +94,7 @@ struct Engine {
         return added.isEmpty() && updated.isEmpty() && removed.isEmpty() && errors.isEmpty();
     }
 
-    LogCapture log;
+    Log_Capture log;
     const bool fresh = [] {
         fake_dns_sd::reset();
         // For the spies; the program's own connections are direct and need it not.

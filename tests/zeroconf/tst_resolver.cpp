@@ -18,11 +18,12 @@ private Q_SLOTS:
     {
         engine = std::make_unique<Engine>();
         browse = engine->browse();
-        engine->log.texts.clear();
+        QCOMPARE(engine->log.warnings(), QStringList());
+        engine->log.clear();
     }
     void cleanup()
     {
-        const QStringList complaints = engine->log.complaints;
+        const QStringList complaints = engine->log.warnings();
         engine.reset();
         QCOMPARE(complaints, QStringList());
         QCOMPARE(fake_dns_sd::misuses(), QStringList());
@@ -124,11 +125,12 @@ void tst_Resolver::the_resolve_reply_is_logged()
 {
     const QString line = "QZeroConfPrivate::resolverCallback() ...";
     const DNSServiceRef ref = engine->come("Left");
-    engine->log.texts.clear();
+    QCOMPARE(engine->log.warnings(), QStringList());
+    engine->log.clear();
     Engine::resolve(ref);
-    QCOMPARE(engine->log.texts, QStringList({line}));
+    QCOMPARE(engine->log.debug_lines(), QStringList({line}));
     Engine::fail(ref, kDNSServiceErr_Timeout);
-    QCOMPARE(engine->log.texts, QStringList({line, line}));
+    QCOMPARE(engine->log.debug_lines(), QStringList({line, line}));
 }
 
 void tst_Resolver::the_resolve_reply_fills_host_port_and_txt()

@@ -63,6 +63,7 @@ private Q_SLOTS:
     void a_volume_frame_is_logged();
     void ten_volumes_while_the_worker_is_busy_are_one_frame();
     void a_pass_serves_one_wake();
+    void the_last_of_many_values_is_the_one_that_counts();
 
 private:
     void make(const QMap<QString, QString> &values = reported);
@@ -442,6 +443,23 @@ void tst_Virelo_Air::a_pass_serves_one_wake()
     control->transmit_function();
     QCOMPARE(control->pending, 0);
     control->transmit_function();
+    QCOMPARE(control->pending, 0);
+}
+
+// A link that was never connected makes passes quick, so that they meet the stores at every point.
+void tst_Virelo_Air::the_last_of_many_values_is_the_one_that_counts()
+{
+    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    QVERIFY(start_worker(*control));
+    for (int i = 0; i <= 2000; ++i) {
+        control->set_volume(i % 101);
+        control->Room(i % 5);
+        control->Gain_1(i % 13);
+    }
+    control->terminate();
+    QCOMPARE(control->volume_sent, 2000 % 101);
+    QCOMPARE(control->room_sent, 'R');
+    QCOMPARE(control->gain_1_sent, 2000 % 13);
     QCOMPARE(control->pending, 0);
 }
 

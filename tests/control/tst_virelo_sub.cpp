@@ -68,6 +68,7 @@ private Q_SLOTS:
     void profile_requests_are_cleared_when_they_have_been_sent();
     void ten_volumes_while_the_worker_is_busy_are_one_frame();
     void one_pass_serves_all_wakes();
+    void the_last_of_many_values_is_the_one_that_counts();
 
 private:
     void make(const QMap<QString, QString> &values = reported);
@@ -456,6 +457,23 @@ void tst_Virelo_Sub::one_pass_serves_all_wakes()
     control->wake();
     control->wake();
     control->transmit_function();
+    QCOMPARE(control->pending, 0);
+}
+
+// A link that was never connected makes passes quick, so that they meet the stores at every point.
+void tst_Virelo_Sub::the_last_of_many_values_is_the_one_that_counts()
+{
+    control = unreachable_sub();
+    QVERIFY(start_worker(*control));
+    for (int i = 0; i <= 2000; ++i) {
+        control->set_volume(i % 101);
+        control->frequHp(20 + i % 21);
+        control->hpChanged(i % 2);
+    }
+    control->terminate();
+    QCOMPARE(control->volume_sent, 2000 % 101);
+    QCOMPARE(control->frequ_hp_sent, 20 + 2000 % 21);
+    QCOMPARE(control->hp_enabled_sent, 0);
     QCOMPARE(control->pending, 0);
 }
 

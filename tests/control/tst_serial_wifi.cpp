@@ -27,8 +27,7 @@ private Q_SLOTS:
     void a_query_is_framed_data();
     void a_query_is_framed();
     void an_argument_of_any_length_is_sent_whole();
-    void a_command_has_arrived_when_it_returns();
-    void commands_are_at_least_150_ms_apart();
+    void each_command_takes_at_least_150_ms();
     void a_command_is_logged_with_the_count_of_its_bytes();
     void send_frame_sends_its_size_and_stores_a_line_feed_behind_it();
 
@@ -243,23 +242,15 @@ void tst_serial_wifi::an_argument_of_any_length_is_sent_whole()
     QCOMPARE(speaker->host_bytes(), "RZ!zz" + args + "\n");
 }
 
-void tst_serial_wifi::a_command_has_arrived_when_it_returns()
+void tst_serial_wifi::each_command_takes_at_least_150_ms()
 {
     QElapsedTimer timer;
     timer.start();
-    link->host_command("vo", "037");
-    QVERIFY(timer.elapsed() >= 150);
-    QCOMPARE(speaker->host_bytes(), QByteArray("RZ!vo037\n"));
-}
-
-void tst_serial_wifi::commands_are_at_least_150_ms_apart()
-{
     for (const char *args : {"001", "002", "003"})
-        link->host_command("vo", args);
+        QCOMPARE(link->host_command("vo", args), 0);
+    QVERIFY(timer.elapsed() >= 3 * 150);
     QVERIFY(speaker->wait_for_host_lines(3));
-    const auto lines = speaker->timed_host_lines();
-    // The speaker may read a frame late, so the first two are allowed to come closer by what it was late.
-    QVERIFY(lines.at(2).us - lines.at(0).us >= 200000);
+    QCOMPARE(speaker->host_bytes(), QByteArray("RZ!vo001\nRZ!vo002\nRZ!vo003\n"));
 }
 
 void tst_serial_wifi::a_command_is_logged_with_the_count_of_its_bytes()

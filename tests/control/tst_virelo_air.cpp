@@ -66,6 +66,7 @@ private Q_SLOTS:
     void the_last_of_many_values_is_the_one_that_counts();
 
 private:
+    void end();
     void make(const QMap<QString, QString> &values = reported);
     Lines written() const { return speaker->host_lines().mid(reads.size() + base_reads); }
 
@@ -87,6 +88,13 @@ void tst_Virelo_Air::cleanup()
     speaker.reset();
     QCOMPARE(log->warnings(), QStringList());
     log.reset();
+}
+
+// Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
+void tst_Virelo_Air::end()
+{
+    control->terminate();
+    QVERIFY(speaker->wait_for_host_open(0));
 }
 
 void tst_Virelo_Air::make(const QMap<QString, QString> &values)
@@ -379,7 +387,7 @@ void tst_Virelo_Air::one_pass_sends_in_the_order_of_the_table()
     control->volume = 5;
     control->input = 'A';
     control->wake();
-    control->terminate();
+    end();
     const Lines expected = {"RZ!INA\n",   "RZ!vo005\n", "RZ!ba0\n",   "RZ!plC\n",    "RZ!roD\n", "RZ!ga012\n",
                             "RZ!gw-12\n", "RZ!ga001\n", "RZ!ga002\n", "RZ!td8191\n", "RZ!MO\n"};
     QCOMPARE(written(), expected);
@@ -403,7 +411,7 @@ void tst_Virelo_Air::the_gains_of_the_inputs_are_written_as_the_main_gain()
     make();
     QVERIFY(start_worker(*control));
     QVERIFY(QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection, Q_ARG(int, 7)));
-    control->terminate();
+    end();
     QCOMPARE(written(), Lines{"RZ!ga007\n"});
     QCOMPARE((*control).*sent, 7);
     QCOMPARE(control->gain, -5);
@@ -416,7 +424,7 @@ void tst_Virelo_Air::a_volume_frame_is_logged()
     QVERIFY(start_worker(*control));
     control->set_volume(5);
     control->Bass(1);
-    control->terminate();
+    end();
     QCOMPARE(log->debug_lines().filter("Virelo_Air::transmit_function()"),
              QStringList("Virelo_Air::transmit_function() 005"));
 }
@@ -429,7 +437,7 @@ void tst_Virelo_Air::ten_volumes_while_the_worker_is_busy_are_one_frame()
     QVERIFY(speaker->wait_for_host_line("RZ!ba0\n"));
     for (int volume = 41; volume <= 50; ++volume)
         control->set_volume(volume);
-    control->terminate();
+    end();
     QCOMPARE(written(), (Lines{"RZ!ba0\n", "RZ!vo050\n"}));
 }
 

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void the_last_of_many_values_is_the_one_that_counts();
 
 private:
+    void end();
     void make(const QMap<QString, QString> &values = reported);
     Lines written() const { return speaker->host_lines().mid(reads.size() + base_reads); }
 
@@ -92,6 +93,13 @@ void tst_Virelo_Sub::cleanup()
     speaker.reset();
     QCOMPARE(log->warnings(), QStringList());
     log.reset();
+}
+
+// Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
+void tst_Virelo_Sub::end()
+{
+    control->terminate();
+    QVERIFY(speaker->wait_for_host_open(0));
 }
 
 void tst_Virelo_Sub::make(const QMap<QString, QString> &values)
@@ -187,7 +195,7 @@ void tst_Virelo_Sub::a_high_pass_of_0_is_off_and_opens_at_20()
     QCOMPARE(control->frequ_hp_sent, 20);
     QVERIFY(start_worker(*control));
     control->wake();
-    control->terminate();
+    end();
     QCOMPARE(written(), Lines());
 }
 
@@ -340,7 +348,7 @@ void tst_Virelo_Sub::each_value_is_written_in_its_format()
     make();
     QVERIFY(start_worker(*control));
     QVERIFY(QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection, Q_ARG(int, argument)));
-    control->terminate();
+    end();
     QCOMPARE(written(), Lines{line});
 }
 
@@ -369,7 +377,7 @@ void tst_Virelo_Sub::a_stored_value_is_written_in_its_format()
     QVERIFY(start_worker(*control));
     (*control).*field = value;
     control->wake();
-    control->terminate();
+    end();
     QCOMPARE(written(), Lines{line});
 }
 
@@ -392,7 +400,7 @@ void tst_Virelo_Sub::one_pass_sends_in_the_order_of_the_table()
     control->profile_save = 2;
     control->profile_load = 1;
     control->wake();
-    control->terminate();
+    end();
     const Lines expected = {"RZ!Pl 1\n",  "RZ!Ps 2\n", "RZ!INL\n",   "RZ!vo000\n", "RZ!fg180\n",
                             "RZ!fs06\n",  "RZ!fh30\n", "RZ!ph180\n", "RZ!po0\n",   "RZ!eq0\n",
                             "RZ!ef200\n", "RZ!eQ10\n", "RZ!eg-24\n", "RZ!MO\n"};
@@ -409,7 +417,7 @@ void tst_Virelo_Sub::switching_the_high_pass_sends_0_and_the_frequency_again()
     QVERIFY(speaker->wait_for_host_line("RZ!fh00\n"));
     control->hpChanged(2);
     QVERIFY(speaker->wait_for_host_line("RZ!fh25\n"));
-    control->terminate();
+    end();
     QCOMPARE(written(), (Lines{"RZ!fh00\n", "RZ!fh25\n"}));
     QCOMPARE(control->frequ_hp, 25);
 }
@@ -421,7 +429,7 @@ void tst_Virelo_Sub::frequency_and_switch_of_the_high_pass_send_fh_twice()
     control->frequ_hp = 30;
     control->hp_enabled = 0;
     control->wake();
-    control->terminate();
+    end();
     QCOMPARE(written(), (Lines{"RZ!fh30\n", "RZ!fh00\n"}));
 }
 
@@ -432,7 +440,7 @@ void tst_Virelo_Sub::profile_requests_are_cleared_when_they_have_been_sent()
     control->profile_load = 1;
     control->profile_save = 2;
     control->wake();
-    control->terminate();
+    end();
     QCOMPARE(control->profile_load, 0);
     QCOMPARE(control->profile_save, 0);
     QCOMPARE(written(), (Lines{"RZ!Pl 1\n", "RZ!Ps 2\n"}));

@@ -66,8 +66,8 @@ private Q_SLOTS:
     void terminate_without_start_ends_and_forgets();
     void terminate_twice_ends();
 
-    void direct_commands_arrive_before_they_return_data();
-    void direct_commands_arrive_before_they_return();
+    void direct_commands_are_sent_before_they_return_data();
+    void direct_commands_are_sent_before_they_return();
     void a_direct_command_goes_ahead_of_queued_changes();
     void a_direct_command_without_link_does_nothing();
 
@@ -78,6 +78,7 @@ private Q_SLOTS:
     void log_lines_mark_what_was_asked();
 
 private:
+    void end();
     void make_busy();
     Lines lines_after_start_up() const { return speaker->host_lines().mid(start_up_reads.size()); }
 
@@ -102,6 +103,13 @@ void tst_Virelos::cleanup()
     speaker.reset();
     QCOMPARE(log->warnings(), QStringList());
     log.reset();
+}
+
+// Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
+void tst_Virelos::end()
+{
+    control->terminate();
+    QVERIFY(speaker->wait_for_host_open(0));
 }
 
 // Keeps the worker in the 150 ms of a command.
@@ -158,7 +166,7 @@ void tst_Virelos::run_takes_what_the_speaker_reports()
     control->beep = 1;
     control->ping = 1;
     QVERIFY(start_worker(*control));
-    control->terminate();
+    end();
     QCOMPARE(control->mute, 1);
     QCOMPARE(control->mute_sent, 1);
     QCOMPARE(control->lock, 1);
@@ -200,7 +208,7 @@ void tst_Virelos::changes_made_before_the_reads_have_ended_are_overwritten()
     control->lockOn();
     control->Beep();
     control->Ping();
-    control->terminate();
+    end();
     QCOMPARE(control->mute, 0);
     QCOMPARE(control->lock, 0);
     QCOMPARE(speaker->host_lines(), start_up_reads);
@@ -212,7 +220,7 @@ void tst_Virelos::a_speaker_that_cannot_be_reached_reads_as_0()
     control->mute = 7;
     control->lock_sent = 7;
     control->start();
-    control->terminate();
+    end();
     QCOMPARE(control->mute, 0);
     QCOMPARE(control->mute_sent, 0);
     QCOMPARE(control->lock, 0);
@@ -288,7 +296,7 @@ void tst_Virelos::one_pass_sends_in_the_order_of_the_table()
     control->lock = 1;
     control->mute = 1;
     control->wake();
-    control->terminate();
+    end();
     QCOMPARE(lines_after_start_up(), (Lines{"RZ!MO\n", "RZ!LO\n", "RZ!MT030\n", "RZ!BI1\n", "RZ!PI\n"}));
     QCOMPARE(control->mute_sent, 1);
     QCOMPARE(control->lock_sent, 1);
@@ -300,7 +308,7 @@ void tst_Virelos::requests_are_cleared_when_they_have_been_sent()
     QVERIFY(start_worker(*control));
     control->Beep();
     control->Ping();
-    control->terminate();
+    end();
     QCOMPARE(control->beep, 0);
     QCOMPARE(control->ping, 0);
     QCOMPARE(speaker->beeps(), 1);
@@ -312,7 +320,7 @@ void tst_Virelos::surplus_wakes_send_nothing()
     QVERIFY(start_worker(*control));
     for (int i = 0; i < 100; ++i)
         control->wake();
-    control->terminate();
+    end();
     QCOMPARE(speaker->host_lines(), start_up_reads);
     QCOMPARE(control->pending, 0);
 }
@@ -325,7 +333,7 @@ void tst_Virelos::a_value_set_back_in_time_is_not_sent()
     control->muteOn();
     control->lockOff();
     control->muteOff();
-    control->terminate();
+    end();
     QCOMPARE(lines_after_start_up().mid(1), Lines());
 }
 
@@ -335,7 +343,7 @@ void tst_Virelos::two_beeps_before_the_worker_wakes_are_one()
     make_busy();
     control->Beep();
     control->Beep();
-    control->terminate();
+    end();
     QCOMPARE(lines_after_start_up().mid(1), Lines{"RZ!BI1\n"});
 }
 
@@ -358,7 +366,7 @@ void tst_Virelos::a_failed_command_is_not_sent_again()
     QVERIFY2(speaker->start(), qPrintable(speaker->error()));
     speaker->clear_record();
     control->wake();
-    control->terminate();
+    end();
     QCOMPARE(control->mute_sent, 1);
     QCOMPARE(speaker->host_bytes(), QByteArray());
 }
@@ -392,7 +400,7 @@ void tst_Virelos::terminate_sends_what_waits()
     control->muteOn();
     control->lockOn();
     control->Ping();
-    control->terminate();
+    end();
     // The pass that keeps the worker busy has gone by mute and lock: they are the next one's.
     QCOMPARE(lines_after_start_up().mid(1), (Lines{"RZ!PI\n", "RZ!MO\n", "RZ!LO\n"}));
 }
@@ -441,7 +449,7 @@ void tst_Virelos::terminate_twice_ends()
     QVERIFY(control->isFinished());
 }
 
-void tst_Virelos::direct_commands_arrive_before_they_return_data()
+void tst_Virelos::direct_commands_are_sent_before_they_return_data()
 {
     QTest::addColumn<QByteArray>("call");
     QTest::addColumn<QByteArray>("line");
@@ -450,7 +458,7 @@ void tst_Virelos::direct_commands_arrive_before_they_return_data()
     QTest::newRow("flash") << QByteArray("flash") << QByteArray("RZ!FL\n");
 }
 
-void tst_Virelos::direct_commands_arrive_before_they_return()
+void tst_Virelos::direct_commands_are_sent_before_they_return()
 {
     QFETCH(QByteArray, call);
     QFETCH(QByteArray, line);
@@ -459,6 +467,7 @@ void tst_Virelos::direct_commands_arrive_before_they_return()
     timer.start();
     QVERIFY(QMetaObject::invokeMethod(control.get(), call.constData(), Qt::DirectConnection));
     QVERIFY(timer.elapsed() >= 150);
+    QVERIFY(speaker->wait_for_host_line(line));
     QCOMPARE(lines_after_start_up(), Lines{line});
     QCOMPARE(speaker->host_connections().accepted, 1);
 }
@@ -470,7 +479,7 @@ void tst_Virelos::a_direct_command_goes_ahead_of_queued_changes()
     control->lockOn();
     control->Ping();
     control->standby();
-    control->terminate();
+    end();
     QCOMPARE(lines_after_start_up().mid(1), (Lines{"RZ!PF\n", "RZ!PI\n", "RZ!LO\n"}));
 }
 
@@ -481,7 +490,7 @@ void tst_Virelos::a_direct_command_without_link_does_nothing()
     control->flash();
     QCOMPARE(speaker->host_connections().accepted, 0);
     QVERIFY(start_worker(*control));
-    control->terminate();
+    end();
     control->standby();
     control->powerOn();
     control->flash();
@@ -491,7 +500,7 @@ void tst_Virelos::a_direct_command_without_link_does_nothing()
 void tst_Virelos::flash_open_makes_a_link_of_its_own()
 {
     QVERIFY(start_worker(*control));
-    control->terminate();
+    end();
     control->flash_open();
     QVERIFY(log->debug_lines().contains("\"Virelos::flash() ofKitchen\""));
     QVERIFY(control->link);

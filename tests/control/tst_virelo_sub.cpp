@@ -454,7 +454,7 @@ void tst_Virelo_Sub::ten_volumes_while_the_worker_is_busy_are_one_frame()
     QVERIFY(speaker->wait_for_host_line("RZ!po0\n"));
     for (int volume = 41; volume <= 50; ++volume)
         control->set_volume(volume);
-    control->terminate();
+    end();
     QCOMPARE(written(), (Lines{"RZ!po0\n", "RZ!vo050\n"}));
 }
 

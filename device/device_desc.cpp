@@ -114,16 +114,33 @@ Device_Desc::Device_Desc(QObject *parent, bool is_group, QString name)
 
 Device_Desc::~Device_Desc()
 {
-    // A QThread destroyed while it runs aborts the program. Who does not want to wait for the blocking reads
-    // defers the deletion until `finished`.
+    // A QThread destroyed while it runs aborts the program.
+    requestInterruption();
     wait();
+    drop_requests();
+}
 
-    // A manager deleted with its reply in flight never reports the end of the request. What was counted up
-    // for it goes down here, in silence: the receiver of all_resolves_completed walks the very list from
-    // which this record is being taken.
+void Device_Desc::discard()
+{
+    disconnect();
+    setParent(nullptr);
+    drop_requests();
+    requestInterruption();
+    // The connection comes before the question, so that an end between the two is not missed.
+    connect(this, &QThread::finished, this, &QObject::deleteLater);
+    if (!isRunning())
+        delete this;
+}
+
+// A manager deleted with its reply in flight never reports the end of the request. What was counted up for it
+// goes down here, in silence: the receiver of all_resolves_completed walks the very list from which this
+// record is being taken.
+void Device_Desc::drop_requests()
+{
     qDeleteAll(findChildren<QNetworkAccessManager *>(QString(), Qt::FindDirectChildrenOnly));
     QMutexLocker locker(&resolves_mutex);
     resolves_running -= requests_open;
+    requests_open = 0;
 }
 
 void Device_Desc::set_name(QString name)
@@ -191,11 +208,21 @@ void Device_Desc::make_urls()
 
 void Device_Desc::run()
 {
+    identify();
+    QCoreApplication::processEvents();
+    resolve_finished();
+}
+
+// Ends early once the record is discarded: nobody is left to use what it would find.
+void Device_Desc::identify()
+{
     auto link = type_link(ip, name);
     int type = TYPE_UNKNOWN;
     for (int attempt = 0; attempt < type_tries; attempt++) {
         qDebug() << "Reading Speaker Type, try #" << attempt;
         const int code = read_type_code(*link);
+        if (isInterruptionRequested())
+            return;
         if (accepted_type(code)) {
             type = code;
             break;
@@ -212,9 +239,8 @@ void Device_Desc::run()
     last_typed_mutex.unlock();
     link.reset();
 
-    publish_control(make_control(type, ip, name), type != TYPE_UNKNOWN);
-    QCoreApplication::processEvents();
-    resolve_finished();
+    if (!isInterruptionRequested())
+        publish_control(make_control(type, ip, name), type != TYPE_UNKNOWN);
 }
 
 void Device_Desc::publish_control(Virelos *made, bool with_worker)

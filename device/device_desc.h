@@ -31,14 +31,17 @@ public:
     // `name` is not used.
     Device_Desc(QObject *parent, bool is_group, QString name);
 
-    // Waits for a thread that still runs, up to a minute with a speaker that does not answer, so defer it
-    // until `finished`. Requests in flight end without their handlers, and are counted down without a signal.
-    // Not to be called from a slot of all_resolves_completed: the thread may be waiting for the mutex held
-    // there. `control` stays.
+    // Requests in flight end without their handlers, and are counted down without a signal. A thread that
+    // still runs is told to end and waited for, which may take long: see discard. Neither is to be called
+    // from a slot of this record's signals, nor from a handler of its replies: the thread may be waiting for
+    // the mutex held there. `control` stays.
     ~Device_Desc() override;
+    // The way to delete a record that may still be busy: at once, or as soon as the thread, told to end, has
+    // done so. Until then the record is deaf and mute: no handler runs, no signal is emitted.
+    void discard();
 
     // The identification, blocking: reads the type in up to four tries, makes control and starts its worker.
-    // Every path ends in resolve_finished.
+    // Told to end, it makes no further try, and no control. Every path ends in resolve_finished.
     void run() override;
 
     void set_name(QString name);
@@ -150,10 +153,13 @@ public slots:
 private:
     using reply_effect = std::function<void(const QJsonObject &)>;
 
+    void identify();
     void publish_control(Virelos *made, bool with_worker);
     // The common form of the handlers of commands: one of the two runs, by the reply's "returncode".
     void command_finished(QNetworkReply *reply, const reply_effect &on_success,
                           const reply_effect &on_error = nullptr);
+
+    void drop_requests();
 
     int requests_open = 0; // HTTP requests in flight
 };

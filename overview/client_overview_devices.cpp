@@ -25,17 +25,6 @@ bool is_record_of(const Device_Desc *device, const QZeroConfService &zcs)
 {
     return device->name == zcs->name && device->ip == ip_text(zcs) && device->port.toInt() == zcs->port;
 }
-
-// A record whose thread still runs goes when the thread has ended; a running thread is never destroyed. The
-// connection comes before the question, so that an end between the two is not missed.
-void delete_record(Device_Desc *device)
-{
-    device->disconnect();
-    device->setParent(nullptr);
-    QObject::connect(device, &QThread::finished, device, &QObject::deleteLater);
-    if (!device->isRunning())
-        delete device;
-}
 } // namespace
 
 void Client_Overview::start_discovery()
@@ -110,7 +99,7 @@ void Client_Overview::deleteRecords()
 {
     tree->clear();
     for (Device_Desc *device : qAsConst(device_list))
-        delete_record(device);
+        device->discard();
     device_list.clear();
     sender_device = nullptr;
     selected = nullptr; // it may be one of them

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QCoreApplication>
+#include <QPointer>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -10,6 +12,7 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {
@@ -43,6 +46,8 @@ private slots:
     void a_type_reply_is_decoded_as_a_number();
     void type_22_is_refused_four_times_and_the_cell_is_asked_on_the_fifth_link();
     void an_accepted_try_ends_the_asking();
+    void a_try_is_logged_with_its_reply();
+    void events_of_the_thread_are_run_while_it_reads();
     void a_refused_port_leaves_an_unknown_speaker_data();
     void a_refused_port_leaves_an_unknown_speaker();
     void an_unknown_speaker_is_never_started_and_takes_no_link();
@@ -52,6 +57,10 @@ private slots:
     void calls_queued_for_the_control_arrive();
     void everything_of_a_speaker_comes_in_and_is_told_once();
     void a_record_may_be_destroyed_between_two_answers();
+    void a_discarded_record_at_rest_is_gone_at_once();
+    void a_discarded_record_takes_one_answer_more_and_goes_data();
+    void a_discarded_record_takes_one_answer_more_and_goes();
+    void a_discarded_record_handles_no_late_reply();
 
 private:
     void start_speaker(const std::function<void(Speaker_Config &)> &edit = nullptr);
@@ -212,6 +221,34 @@ void tst_device_desc_identification::an_accepted_try_ends_the_asking()
     QCOMPARE(links_of(*speaker, cell_query), QList<int>({3}));
 }
 
+void tst_device_desc_identification::a_try_is_logged_with_its_reply()
+{
+    start_speaker([](Speaker_Config &config) { config.type = 42; });
+    const Log_Capture log;
+    identify();
+    const QStringList expected = {"Reading Speaker Type, try # 0", "******** response: 42\r",
+                                  "******** Speaker of type found: 42 \"Sub 12.3 Air\""};
+    QCOMPARE(log.debug_lines().filter(QRegularExpression("^Reading|^\\*{8} ")), expected);
+}
+
+void tst_device_desc_identification::events_of_the_thread_are_run_while_it_reads()
+{
+    // An unknown type: the other controls run events as they read their values.
+    start_speaker([](Speaker_Config &config) { config.type = 45; });
+    record.reset(new Device_Desc(nullptr, false, ""));
+    record->set_ip(speaker->address());
+    QObject resident;
+    resident.moveToThread(record.data());
+    bool before_the_end = false;
+    QMetaObject::invokeMethod(
+        &resident, [&] { before_the_end = !record->control && QThread::currentThread() == record.data(); },
+        Qt::QueuedConnection);
+    record->resolve_started();
+    record->start();
+    QVERIFY(record->wait());
+    QVERIFY(before_the_end);
+}
+
 void tst_device_desc_identification::a_refused_port_leaves_an_unknown_speaker_data()
 {
     QTest::addColumn<bool>("at_refused");
@@ -357,7 +394,95 @@ void tst_device_desc_identification::a_record_may_be_destroyed_between_two_answe
     QVERIFY(record->isRunning());
     record.reset();
     QCOMPARE(resolves_running, 0);
-    QCOMPARE(links_of(*speaker, cell_query), QList<int>({5}));
+}
+
+void tst_device_desc_identification::a_discarded_record_at_rest_is_gone_at_once()
+{
+    QObject parent;
+    const QPointer<Device_Desc> never_started = new Device_Desc(&parent, false, "");
+    never_started->discard();
+    QVERIFY(!never_started);
+
+    start_speaker([](Speaker_Config &config) { config.type = 45; });
+    identify();
+    const QPointer<Device_Desc> identified = record.take();
+    Virelos *const control = identified->control;
+    identified->discard();
+    QVERIFY(!identified);
+    delete control; // stays: a tab may use it
+}
+
+void tst_device_desc_identification::a_discarded_record_takes_one_answer_more_and_goes_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::newRow("refused") << QByteArray("RZ#0022\r");
+    QTest::newRow("accepted") << QByteArray("RZ#0018\r");
+}
+
+// No further try, no question for the cell, no values, no worker.
+void tst_device_desc_identification::a_discarded_record_takes_one_answer_more_and_goes()
+{
+    QFETCH(QByteArray, answer);
+    start_speaker();
+    Speaker_Faults faults;
+    faults.host_silent = true;
+    speaker->set_faults(faults);
+    QObject parent;
+    const QPointer<Device_Desc> discarded = new Device_Desc(&parent, false, "");
+    int told = 0;
+    connect(discarded, &Device_Desc::all_resolves_completed, this, [&told] { told++; });
+    discarded->set_ip(speaker->address());
+    discarded->resolve_started();
+    discarded->start();
+    QVERIFY(speaker->wait_for_host_line(type_query));
+
+    discarded->discard();
+    QVERIFY(discarded); // not under its running thread, and not by waiting for it
+    QVERIFY(!discarded->parent());
+    QCOMPARE(resolves_running, 1);
+    speaker->send_host(answer);
+    QTRY_VERIFY(!discarded);
+    QCOMPARE(resolves_running, 0);
+    QCOMPARE(told, 0);
+    QVERIFY(!last_typed_device);
+    QVERIFY(speaker->wait_for_host_open(0));
+    QCOMPARE(speaker->host_lines(), QList<QByteArray>({type_query}));
+    QCOMPARE(speaker->host_connections().accepted, 1);
+}
+
+void tst_device_desc_identification::a_discarded_record_handles_no_late_reply()
+{
+    start_speaker([](Speaker_Config &config) { config.sender_enabled = true; });
+    Speaker_Faults faults;
+    faults.host_silent = true;
+    faults.http = Http_Fault::hold;
+    speaker->set_faults(faults);
+    const QPointer<Device_Desc> discarded = new Device_Desc(nullptr, false, "");
+    discarded->set_QZeroConfService(service());
+    // Another one's requests show when the held answers are out.
+    record.reset(new Device_Desc(nullptr, false, ""));
+    record->set_ip(speaker->address());
+    record->set_port(speaker->http_port());
+    record->request_device_status();
+    QVERIFY(speaker->wait_for_host_line(type_query));
+    QTRY_COMPARE(speaker->http_requests().size(), 6);
+    QCOMPARE(resolves_running, 7);
+
+    discarded->discard();
+    QVERIFY(discarded);
+    QCOMPARE(resolves_running, 2);
+    faults.http = Http_Fault::none;
+    speaker->set_faults(faults);
+    QTRY_VERIFY(!record->model.isEmpty());
+    record->request_network_status();
+    QTRY_VERIFY(!record->ssid.isEmpty());
+    QVERIFY(!discarded || !discarded->sender_enabled);
+    QVERIFY(!sender_device);
+
+    speaker->send_host("RZ#0022\r");
+    QTRY_VERIFY(!discarded);
+    QCOMPARE(resolves_running, 0);
+    QVERIFY(!sender_device);
 }
 
 QTEST_GUILESS_MAIN(tst_device_desc_identification)

@@ -37,10 +37,7 @@ void Device_Desc::_request(QString url, QString body, const char *slot)
 
 bool Device_Desc::parse_reply(QNetworkReply *reply, QJsonObject &object)
 {
-    const QByteArray bytes = reply->readAll();
-    qDebug() << "Device_Desc(" << name << ") reply:" << bytes;
-
-    const QJsonDocument document = QJsonDocument::fromJson(bytes);
+    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
     object = document.object();
     if (!object.isEmpty())
         return true;

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
 #include <QUrl>
@@ -53,6 +54,7 @@ private slots:
     void records_are_numbered_in_order_of_arrival();
     void events_are_run_within_the_start();
     void a_service_without_address_ends_too();
+    void the_address_is_taken_under_its_mutex();
 
 private:
     QScopedPointer<Http_Peer> peer;
@@ -428,6 +430,40 @@ void tst_device_desc::a_service_without_address_ends_too()
     QVERIFY(record.wait());
     QVERIFY(record.ip.isEmpty());
     QVERIFY(qobject_cast<Virelo_Unknown *>(record.control));
+    delete record.control;
+}
+
+// The line before the address lets another thread, which holds the mutex, change the address and let go.
+void tst_device_desc::the_address_is_taken_under_its_mutex()
+{
+    peer->answer = http_answer("{}");
+    const QZeroConfService service = make_service(*peer);
+    service->ip = QHostAddress(own_loopback(2));
+    QSemaphore held;
+    QSemaphore asked;
+    const QScopedPointer<QThread> engine(QThread::create([&] {
+        const QMutexLocker lock(&service->ip_mutex);
+        held.release();
+        asked.acquire();
+        QThread::msleep(50); // for whoever does not wait for the mutex
+        service->ip = peer->serverAddress();
+    }));
+    engine->start();
+    held.acquire();
+
+    Device_Desc record(nullptr, false, "");
+    {
+        Log_Capture log;
+        log.on_debug_line = [&asked](const QString &line) {
+            if (line.startsWith("host:"))
+                asked.release();
+        };
+        record.set_QZeroConfService(service);
+        QVERIFY(record.wait());
+    }
+    QVERIFY(engine->wait());
+    QCOMPARE(record.ip, own_loopback(1));
+    QTRY_COMPARE(resolves_running, 0);
     delete record.control;
 }
 

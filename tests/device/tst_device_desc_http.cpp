@@ -227,6 +227,8 @@ void tst_device_desc_http::an_unusable_reply_changes_nothing_and_counts_down_onc
     peer->answer = answer;
     peer->close_after_answer = close;
     record.resolve_started(); // so that a second count down would show
+    QList<int> running;       // the defect is told before the count goes down
+    connect(&record, &Device_Desc::device_defect, this, [&running] { running += resolves_running; });
 
     QTest::ignoreMessage(QtDebugMsg, log);
     record.request_device_status();
@@ -238,6 +240,7 @@ void tst_device_desc_http::an_unusable_reply_changes_nothing_and_counts_down_onc
     QCOMPARE(resolves_running, 1);
 
     QCOMPARE(status_of(record), filled_status());
+    QCOMPARE(running, QList<int>({2, 2}));
     QCOMPARE(defect.count(), 2);
     QCOMPARE(defect.first().first().value<Device_Desc *>(), &record);
     record.resolve_finished();

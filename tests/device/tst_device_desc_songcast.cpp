@@ -9,6 +9,7 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {
@@ -375,14 +376,13 @@ void tst_device_desc_songcast::stopping_a_sender_logs_what_the_reply_says()
 {
     Device_Desc record(nullptr, false, "");
     peer->answer = http_answer(R"({"returncode": "success", "enabled": true, "uuid": "u-3", "mode": 3})");
-    QTest::ignoreMessage(QtDebugMsg, "enabled: true");
-    QTest::ignoreMessage(QtDebugMsg, "uuid: \"u-3\"");
-    QTest::ignoreMessage(QtDebugMsg, "mode 3");
+    const Log_Capture log;
     post(record, [](Device_Desc &it) { it.request_sender_stop(); });
+    QCOMPARE(log.debug_lines().mid(1), QStringList({"enabled: true", "uuid: \"u-3\"", "mode 3"}));
 
     peer->answer = http_answer(R"({"returncode": "success", "enabled": false})");
-    QTest::ignoreMessage(QtDebugMsg, "enabled: false");
     post(record, [](Device_Desc &it) { it.request_sender_stop(); });
+    QCOMPARE(log.debug_lines().mid(5), QStringList({"enabled: false", "uuid: \"\"", "mode 0"}));
 }
 
 void tst_device_desc_songcast::bluetooth_alone_logs_its_outcome_data()
@@ -405,11 +405,14 @@ void tst_device_desc_songcast::bluetooth_alone_logs_its_outcome()
     Device_Desc record(nullptr, false, "");
     record.set_name("Left");
     peer->answer = http_answer(body);
-    QTest::ignoreMessage(QtDebugMsg, "\n\nDevice_Desc( \"Left\" )::BLUETOOTH request_bluetooth_enable!");
-    QTest::ignoreMessage(QtDebugMsg,
-                         "\n\nDevice_Desc( \"Left\" )::BLUETOOTH request_bluetooth_enable FINISHED!");
-    QTest::ignoreMessage(QtDebugMsg, log);
+    const Log_Capture capture;
     post(record, [](Device_Desc &it) { it.request_bluetooth_enable(); });
+    QStringList lines = capture.debug_lines();
+    QVERIFY(lines.value(1).contains(")::_request("));
+    lines.removeAt(1);
+    QCOMPARE(lines,
+             QStringList({"\n\nDevice_Desc( \"Left\" )::BLUETOOTH request_bluetooth_enable!",
+                          "\n\nDevice_Desc( \"Left\" )::BLUETOOTH request_bluetooth_enable FINISHED!", log}));
 }
 
 void tst_device_desc_songcast::an_unusable_reply_changes_nothing_and_counts_down_once_data()

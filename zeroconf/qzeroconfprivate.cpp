@@ -3,6 +3,7 @@
 
 #include <QDebug>
 #include <QMap>
+#include <QPointer>
 #include <QSocketNotifier>
 
 #include "zeroconf/qzeroconf.h"
@@ -13,18 +14,24 @@ QZeroConfPrivate::QZeroConfPrivate(QZeroConf *facade)
 {
 }
 
+// The notifier goes with its handle. So once it is gone the callback has ended that handle already, and the
+// one found here was opened by a slot meanwhile: the failure is not its own.
 void QZeroConfPrivate::bsRead()
 {
+    const QPointer<QSocketNotifier> notifier = bs;
     if (DNSServiceProcessResult(dnssref) != 0) {
-        cleanUp(dnssref);
+        if (notifier)
+            cleanUp(dnssref);
         emit pub->error(QZeroConf::service_registration_failed);
     }
 }
 
 void QZeroConfPrivate::browserRead()
 {
+    const QPointer<QSocketNotifier> notifier = browserSocket;
     if (DNSServiceProcessResult(browser) != 0) {
-        cleanUp(browser);
+        if (notifier)
+            cleanUp(browser);
         emit pub->error(QZeroConf::browser_failed);
     }
 }

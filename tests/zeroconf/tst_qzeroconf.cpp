@@ -49,6 +49,7 @@ private Q_SLOTS:
     void a_publish_without_socket_is_an_error_and_is_released();
     void a_second_publish_is_refused_and_the_first_goes_on();
     void a_publish_handle_that_fails_is_an_error_and_is_released();
+    void a_failure_behind_a_publish_error_spares_what_was_published_meanwhile();
     void stopping_to_publish_releases_and_says_nothing();
 
     void the_end_releases_publish_then_browse_and_removes_every_service();
@@ -333,6 +334,25 @@ void tst_QZeroConf::a_publish_handle_that_fails_is_an_error_and_is_released()
     // The browse has nothing to do with it.
     QVERIFY(engine->removed.isEmpty());
     QVERIFY(engine->zeroconf.pri->browser);
+}
+
+void tst_QZeroConf::a_failure_behind_a_publish_error_spares_what_was_published_meanwhile()
+{
+    const auto publish = [this] {
+        engine->zeroconf.startServicePublish("Name", "_lodeset._tcp", "local", 80);
+        return engine->zeroconf.pri->dnssref;
+    };
+    const DNSServiceRef first = publish();
+    connect(&engine->zeroconf, &QZeroConf::error, this, [&] {
+        if (!engine->zeroconf.pri->dnssref)
+            publish();
+    });
+    fake_dns_sd::error_reply(first, kDNSServiceErr_NameConflict);
+    fake_dns_sd::fail_after_reply(first, kDNSServiceErr_Unknown);
+    QTRY_COMPARE(Engine::codes(engine->errors), QList<int>({-1, -1}));
+    QCOMPARE(fake_dns_sd::releases(), 1);
+    fake_dns_sd::register_reply(engine->zeroconf.pri->dnssref);
+    QTRY_COMPARE(engine->published.size(), 1);
 }
 
 void tst_QZeroConf::stopping_to_publish_releases_and_says_nothing()

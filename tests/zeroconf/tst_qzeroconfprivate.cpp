@@ -53,6 +53,7 @@ private Q_SLOTS:
     void services_are_listed_until_the_last_is_told();
     void a_wakeup_with_nothing_to_read_changes_nothing();
     void a_null_handle_has_nothing_to_clean_up();
+    void a_handle_of_neither_kind_is_released_and_no_more();
 
     void a_slot_on_added_may_stop_the_browse();
     void a_slot_on_added_may_run_events_that_bring_more();
@@ -60,6 +61,7 @@ private Q_SLOTS:
     void a_slot_on_removed_may_start_the_browse_again();
     void a_slot_on_removed_may_run_events();
     void a_slot_on_error_may_start_the_browse_again();
+    void a_failure_behind_an_error_reply_spares_the_browse_started_meanwhile();
 
 private:
     std::unique_ptr<Engine> engine;
@@ -351,6 +353,18 @@ void tst_QZeroConfPrivate::a_null_handle_has_nothing_to_clean_up()
     QVERIFY(engine->zeroconf.pri->browser);
 }
 
+void tst_QZeroConfPrivate::a_handle_of_neither_kind_is_released_and_no_more()
+{
+    engine->make_known("Left");
+    const DNSServiceRef address = engine->resolver_of("Left")->DNSaddressRef;
+    engine->resolver_of("Left")->DNSaddressRef = nullptr;
+    engine->zeroconf.pri->cleanUp(address);
+    QCOMPARE(fake_dns_sd::releases(address), 1);
+    QCOMPARE(fake_dns_sd::releases(), 1);
+    QVERIFY(engine->removed.isEmpty());
+    QVERIFY(engine->zeroconf.pri->browser);
+}
+
 void tst_QZeroConfPrivate::a_slot_on_added_may_stop_the_browse()
 {
     connect(&engine->zeroconf, &QZeroConf::serviceAdded, this, [&] { engine->zeroconf.stopBrowser(); });
@@ -441,6 +455,20 @@ void tst_QZeroConfPrivate::a_slot_on_error_may_start_the_browse_again()
     QVERIFY(engine->zeroconf.pri->browser);
     engine->make_known("Left");
     QCOMPARE(Engine::names(engine->added), QStringList({"Left", "Left"}));
+}
+
+void tst_QZeroConfPrivate::a_failure_behind_an_error_reply_spares_the_browse_started_meanwhile()
+{
+    connect(&engine->zeroconf, &QZeroConf::error, this, [&] {
+        if (!engine->zeroconf.pri->browser)
+            engine->browse();
+    });
+    fake_dns_sd::error_reply(browse, kDNSServiceErr_ServiceNotRunning);
+    fake_dns_sd::fail_after_reply(browse, kDNSServiceErr_ServiceNotRunning);
+    QTRY_COMPARE(Engine::codes(engine->errors), QList<int>({-3, -3}));
+    QCOMPARE(fake_dns_sd::releases(), 1);
+    engine->make_known("Left");
+    QCOMPARE(Engine::names(engine->added), QStringList({"Left"}));
 }
 
 QTEST_GUILESS_MAIN(tst_QZeroConfPrivate)

@@ -18,6 +18,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzpushbutton.h"
 #include "tests/overview/overview_world.h"
+#include "tests/overview/paint_log.h"
 #include "zeroconf/qzeroconf.h"
 
 using Places = QMap<QString, QList<int>>;
@@ -43,26 +44,6 @@ QList<int> column_widths(Client_Overview *view)
         widths << view->tree->columnWidth(column);
     return widths;
 }
-
-// Notes which of the watched widgets painted, in order.
-class Paint_Log : public QObject
-{
-public:
-    explicit Paint_Log(const QList<QWidget *> &widgets)
-    {
-        for (QWidget *widget : widgets)
-            widget->installEventFilter(this);
-    }
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Paint)
-            painted << watched;
-        return false;
-    }
-
-    QList<QObject *> painted;
-};
 } // namespace
 
 // The view as it stands before any speaker is found, and what does not need one.

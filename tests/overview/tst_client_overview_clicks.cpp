@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QApplication>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
@@ -13,6 +14,7 @@
 #include "simulator/loopback.h"
 #include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
+#include "tests/overview/paint_log.h"
 
 namespace
 {
@@ -43,6 +45,8 @@ private slots:
     void click_sets_the_buttons();
     void click_on_a_record_without_control_sets_the_buttons_and_opens_no_tab();
     void click_on_the_group_row_enables_the_buttons();
+    void click_paints_the_buttons_at_once();
+    void dialog_buttons_do_nothing_while_no_row_is_selected();
 };
 
 void tst_client_overview_clicks::redraw_loses_the_selection_and_keeps_the_buttons()
@@ -210,6 +214,40 @@ void tst_client_overview_clicks::click_on_the_group_row_enables_the_buttons()
     Overview_World::click(Overview_World::row(0));
     QVERIFY(overview->selected->is_group);
     QCOMPARE(button_states(), QList<bool>({true, true, true}));
+}
+
+void tst_client_overview_clicks::click_paints_the_buttons_at_once()
+{
+    Overview_World world;
+    world.open_and_show();
+    world.add_record("Kitchen", nullptr); // opens no tab, which would hide the buttons
+    overview->update_tree_widget();
+    QCoreApplication::processEvents();
+    const QList<QPushButton *> buttons{overview->group_button, overview->update_button,
+                                       overview->wifi_button};
+    Paint_Log log({buttons.at(0), buttons.at(1), buttons.at(2)});
+    overview->item_clicked(Overview_World::row(0), 0);
+    for (QPushButton *button : buttons)
+        QVERIFY2(log.painted.contains(button), qPrintable(button->text()));
+}
+
+void tst_client_overview_clicks::dialog_buttons_do_nothing_while_no_row_is_selected()
+{
+    Overview_World world;
+    world.open_and_show();
+    world.add_record("Kitchen", control_of_type(255));
+    overview->update_tree_widget();
+    const int windows = QApplication::topLevelWidgets().size();
+    world.log.clear();
+    for (QPushButton *button : {overview->update_button, overview->group_button, overview->wifi_button}) {
+        button->setEnabled(true);
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+    QVERIFY(!update_dialog);
+    QVERIFY(!group_dialog);
+    QVERIFY(!wlans_dialog);
+    QCOMPARE(QApplication::topLevelWidgets().size(), windows);
+    QCOMPARE(world.log.texts(), QStringList());
 }
 
 QTEST_MAIN(tst_client_overview_clicks)

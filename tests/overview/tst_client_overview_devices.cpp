@@ -16,6 +16,7 @@
 #include "tests/overview/air_waves.h"
 #include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
+#include "tests/overview/paint_log.h"
 #include "tests/overview/silent_speaker.h"
 #include "zeroconf/qzeroconf.h"
 
@@ -341,26 +342,15 @@ void tst_client_overview_devices::status_ends_in_one_character_of_that_code()
 
 void tst_client_overview_devices::status_text_is_painted_at_once()
 {
-    class Paint_Count : public QObject
-    {
-    public:
-        bool eventFilter(QObject *, QEvent *event) override
-        {
-            painted += event->type() == QEvent::Paint;
-            return false;
-        }
-        int painted = 0;
-    };
     Overview_World world;
     world.open_and_show();
     QCoreApplication::processEvents();
-    Paint_Count count;
-    overview->status_label->installEventFilter(&count);
+    Paint_Log log({overview->status_label});
     overview->setStatusText("one");
     QCOMPARE(label(), QString("one"));
-    QCOMPARE(count.painted, 1);
+    QCOMPARE(log.painted.size(), 1);
     overview->update_status(65);
-    QCOMPARE(count.painted, 2);
+    QCOMPARE(log.painted.size(), 2);
 }
 
 void tst_client_overview_devices::progress_signal_of_a_record_reaches_nobody()

@@ -22,10 +22,9 @@ struct Entry {
 
 QString host_name(const Speaker_Config &speaker)
 {
-    const QString name = speaker.host_name.isEmpty()
-                             ? QStringLiteral("virelo-") + QString(speaker.address).replace('.', '-')
-                             : speaker.host_name;
-    return name + QStringLiteral(".local");
+    const QString name = speaker.host_name.isEmpty() ? "virelo-" + QString(speaker.address).replace('.', '-')
+                                                     : speaker.host_name;
+    return name + ".local";
 }
 
 AvahiStringList *txt_list(const QMap<QString, QString> &entries)
@@ -122,7 +121,7 @@ private:
         client = avahi_client_new(avahi_threaded_poll_get(poll), AVAHI_CLIENT_NO_FAIL, client_changed, this,
                                   &error);
         if (!client)
-            say(QStringLiteral("no way to the DNS-SD daemon: %1").arg(avahi_strerror(error)));
+            say(QString("no way to the DNS-SD daemon: %1").arg(avahi_strerror(error)));
     }
 
     // Comes for the first time from within avahi_client_new, when the member is not set yet.
@@ -134,8 +133,8 @@ private:
             for (Entry &entry : session->entries)
                 session->publish(entry);
         } else if (state == AVAHI_CLIENT_FAILURE) {
-            session->say(QStringLiteral("the DNS-SD daemon is gone: %1")
-                             .arg(avahi_strerror(avahi_client_errno(client))));
+            session->say(
+                QString("the DNS-SD daemon is gone: %1").arg(avahi_strerror(avahi_client_errno(client))));
             session->forget_groups();
             session->client = nullptr;
             avahi_client_free(client);
@@ -156,10 +155,9 @@ private:
             entry.established = state == AVAHI_ENTRY_GROUP_ESTABLISHED;
             if (entry.established)
                 session->say(
-                    QStringLiteral("announced \"%1\" at %2").arg(entry.speaker.name, entry.speaker.address));
+                    QString("announced \"%1\" at %2").arg(entry.speaker.name, entry.speaker.address));
             else if (state == AVAHI_ENTRY_GROUP_COLLISION || state == AVAHI_ENTRY_GROUP_FAILURE)
-                session->say(
-                    QStringLiteral("cannot announce \"%1\": the name is taken").arg(entry.speaker.name));
+                session->say(QString("cannot announce \"%1\": the name is taken").arg(entry.speaker.name));
         }
         session->count_waiting();
     }
@@ -171,7 +169,7 @@ private:
         entry.group = avahi_entry_group_new(client, group_changed, this);
         const int error = entry.group ? fill_group(entry.group, entry) : avahi_client_errno(client);
         if (error != AVAHI_OK)
-            say(QStringLiteral("cannot announce \"%1\": %2").arg(entry.speaker.name, avahi_strerror(error)));
+            say(QString("cannot announce \"%1\": %2").arg(entry.speaker.name, avahi_strerror(error)));
     }
 
     void drop_group(Entry &entry)

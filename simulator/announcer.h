@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/speaker_config.h"
-
 #include <QString>
 #include <functional>
 #include <memory>
+
+#include "simulator/speaker_config.h"
 
 class Avahi_Session;
 

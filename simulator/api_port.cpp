@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/api_port.h"
 
-#include "simulator/http_connection.h"
-#include "simulator/http_record.h"
-#include "simulator/readable.h"
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QTimer>
+
+#include "simulator/http_connection.h"
+#include "simulator/http_record.h"
+#include "simulator/readable.h"
 
 namespace
 {
@@ -21,24 +21,22 @@ QJsonValue with_wrong_types(const QJsonValue &value)
         return 7;
     case QJsonValue::Object: {
         QJsonArray array;
-        for (const QJsonValue &member : value.toObject()) {
+        for (const QJsonValue &member : value.toObject())
             array.append(with_wrong_types(member));
-        }
         return array;
     }
     case QJsonValue::Array:
-        return QJsonObject{{QStringLiteral("array"), 7}};
+        return QJsonObject{{"array", 7}};
     default:
-        return QStringLiteral("text");
+        return "text";
     }
 }
 
 QByteArray with_wrong_types(const QByteArray &body)
 {
     QJsonObject object = QJsonDocument::fromJson(body).object();
-    for (auto member = object.begin(); member != object.end(); ++member) {
+    for (auto member = object.begin(); member != object.end(); ++member)
         member.value() = with_wrong_types(member.value());
-    }
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -87,37 +85,34 @@ Api_Port::Api_Port(Speaker_Config &config, const Speaker_Faults &faults, Http_Re
 void Api_Port::take(Http_Connection *connection, Http_Request request)
 {
     const QJsonObject object = api.read(request);
-    emit event(QStringLiteral("<- %1 %2 %3")
+    emit event(QString("<- %1 %2 %3")
                    .arg(QString::fromLatin1(request.method), QString::fromLatin1(request.path),
                         readable(request.body)));
-    if (!request.json_ok) {
-        emit event(QStringLiteral("!! the body is not JSON: ") + request.json_error);
-    }
+    if (!request.json_ok)
+        emit event("!! the body is not JSON: " + request.json_error);
     record.add(request);
     const Held now{connection, request, object};
-    if (!faulty(request)) {
+    if (!faulty(request))
         answer(now);
-    } else if (faults.http == Http_Fault::hold) {
+    else if (faults.http == Http_Fault::hold)
         held.push_back(now);
-    } else if (faults.http == Http_Fault::reset) {
+    else if (faults.http == Http_Fault::reset)
         connection->reset();
-    } else if (faults.http != Http_Fault::silent) {
+    else if (faults.http != Http_Fault::silent)
         answer(now);
-    }
 }
 
 void Api_Port::answer(const Held &request)
 {
-    if (!request.connection) {
+    if (!request.connection)
         return;
-    }
     Http_Reply reply;
     bool leaving = false;
     int delay = 0;
     if (!faulty(request.request)) {
         reply = api.answer(request.request, request.object, &leaving);
     } else if (!faults.http_returncode.isEmpty()) {
-        const QJsonObject refusal{{QStringLiteral("returncode"), faults.http_returncode}};
+        const QJsonObject refusal{{"returncode", faults.http_returncode}};
         reply.body = QJsonDocument(refusal).toJson(QJsonDocument::Compact);
         delay = faults.http_slow_ms;
     } else {
@@ -132,10 +127,9 @@ void Api_Port::send(const QPointer<Http_Connection> &connection, const Http_Repl
                     int delay_ms)
 {
     const auto now = [this, connection, reply, leaving] {
-        if (!connection) {
+        if (!connection)
             return;
-        }
-        emit event(QStringLiteral("-> %1 %2").arg(reply.status).arg(readable(reply.body)));
+        emit event(QString("-> %1 %2").arg(reply.status).arg(readable(reply.body)));
         if (!leaving) {
             connection->send(reply);
             return;
@@ -145,11 +139,10 @@ void Api_Port::send(const QPointer<Http_Connection> &connection, const Http_Repl
         connect(connection, &Http_Connection::closed, this, &Api_Port::departed, Qt::QueuedConnection);
         connection->send(last);
     };
-    if (delay_ms > 0) {
+    if (delay_ms > 0)
         QTimer::singleShot(delay_ms, this, now);
-    } else {
+    else
         now();
-    }
 }
 
 bool Api_Port::faulty(const Http_Request &request) const
@@ -160,14 +153,12 @@ bool Api_Port::faulty(const Http_Request &request) const
 
 void Api_Port::apply_faults()
 {
-    if (faults.http == Http_Fault::hold) {
+    if (faults.http == Http_Fault::hold)
         return;
-    }
     std::vector<Held> due;
     due.swap(held);
-    for (const Held &request : due) {
+    for (const Held &request : due)
         answer(request);
-    }
 }
 
 void Api_Port::drop_held()

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/http_server.h"
-#include "simulator/speaker_api.h"
-
 #include <QObject>
 #include <QPointer>
 #include <vector>
+
+#include "simulator/http_server.h"
+#include "simulator/speaker_api.h"
 
 class Http_Connection;
 

@@ -14,13 +14,12 @@ At_Channel::At_Channel(const Speaker_Faults &faults, Channel_Record &record, QOb
 
 void At_Channel::take(Tcp_Link *link, const QByteArray &line)
 {
-    emit event(QStringLiteral("<- AT channel: ") + readable(line));
-    if (faults.at_silent) {
+    emit event("<- AT channel: " + readable(line));
+    if (faults.at_silent)
         return;
-    }
     // The peer ends its lines the other way round, line feed first; the carriage return leads the next line.
     const QByteArray answer = line.trimmed() == "AT+UART?" ? QByteArrayLiteral("+UART=57600,8,0,1\r\nOK\r\n")
                                                            : QByteArrayLiteral("ERROR\r\n");
-    emit event(QStringLiteral("-> AT channel: ") + readable(answer));
+    emit event("-> AT channel: " + readable(answer));
     link->send(answer);
 }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
+
 #include "simulator/speaker_faults.h"
 #include "simulator/tcp_port.h"
-
-#include <QObject>
 
 class Channel_Record;
 

@@ -19,12 +19,10 @@ bool Bell::wait(int timeout_ms, const std::function<bool()> &condition)
             const std::lock_guard<std::mutex> lock(mutex);
             seen = rings;
         }
-        if (condition()) {
+        if (condition())
             return true;
-        }
         std::unique_lock<std::mutex> lock(mutex);
-        if (!rung.wait_until(lock, end, [&] { return rings != seen; })) {
+        if (!rung.wait_until(lock, end, [&] { return rings != seen; }))
             return false;
-        }
     }
 }

@@ -77,9 +77,8 @@ QList<QByteArray> Channel_Record::lines() const
 {
     const Lock lock(mutex);
     QList<QByteArray> all;
-    for (const Recorded_Line &line : came_lines) {
+    for (const Recorded_Line &line : came_lines)
         all.append(line.line);
-    }
     return all;
 }
 
@@ -87,10 +86,8 @@ QByteArray Channel_Record::incoming() const
 {
     const Lock lock(mutex);
     QByteArray all;
-    for (const Recorded_Bytes &piece : moved_pieces) {
-        if (piece.incoming) {
+    for (const Recorded_Bytes &piece : moved_pieces)
+        if (piece.incoming)
             all += piece.bytes;
-        }
-    }
     return all;
 }

@@ -7,7 +7,7 @@
 
 namespace
 {
-const QString folder = QStringLiteral("/current/");
+const QString folder = "/current/";
 const QByteArray error_page = QByteArrayLiteral("<html><body><h1>Error</h1></body></html>\n");
 
 QByteArray made_content(int size)
@@ -36,19 +36,17 @@ Download_Core::Download_Core(const Download_Config &config, Http_Record &record)
     , server(record, this)
     , record(record)
 {
-    files.insert(QStringLiteral("ventaro.swu"), made_content(config.swu_size));
+    files.insert("ventaro.swu", made_content(config.swu_size));
     int seed = 0;
-    for (const QString &code : Download_Server::model_codes()) {
-        files.insert(code + QStringLiteral("_host.hex"),
-                     make_hex_text(config.hex_lines, ++seed, config.hex_line_end));
-    }
+    for (const QString &code : Download_Server::model_codes())
+        files.insert(code + "_host.hex", make_hex_text(config.hex_lines, ++seed, config.hex_line_end));
     connect(&server, &Http_Server::requested, this, &Download_Core::take);
 }
 
 void Download_Core::take(Http_Connection *connection, const Http_Request &request)
 {
     record.add(request);
-    tell(QStringLiteral("<- %1 %2").arg(QString::fromLatin1(request.method), readable(request.path)));
+    tell(QString("<- %1 %2").arg(QString::fromLatin1(request.method), readable(request.path)));
     Http_Reply reply;
     const QString path = QString::fromUtf8(QByteArray::fromPercentEncoding(request.path));
     const auto file = files.constFind(path.mid(folder.size()));
@@ -67,13 +65,13 @@ void Download_Core::take(Http_Connection *connection, const Http_Request &reques
         misbehave(connection, reply);
         return;
     }
-    tell(QStringLiteral("-> %1, %2 bytes").arg(reply.status).arg(reply.body.size()));
+    tell(QString("-> %1, %2 bytes").arg(reply.status).arg(reply.body.size()));
     connection->send(reply);
 }
 
 void Download_Core::misbehave(Http_Connection *connection, Http_Reply reply)
 {
-    tell(QStringLiteral("-> misbehaves"));
+    tell("-> misbehaves");
     switch (faults.fault) {
     case Download_Fault::not_found:
         connection->send(page(404));
@@ -108,7 +106,6 @@ void Download_Core::misbehave(Http_Connection *connection, Http_Reply reply)
 
 void Download_Core::tell(const QString &text)
 {
-    if (event_sink) {
+    if (event_sink)
         event_sink(text);
-    }
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/download_server.h"
-#include "simulator/http_server.h"
-
 #include <QMap>
 #include <QObject>
 #include <functional>
+
+#include "simulator/download_server.h"
+#include "simulator/http_server.h"
 
 class Http_Connection;
 

@@ -28,7 +28,7 @@ constexpr Fault_Word fault_words[] = {
 Download_Server::Download_Server(const Download_Config &config)
     : bell(std::make_unique<Bell>())
     , record(std::make_unique<Http_Record>(*bell))
-    , thread(std::make_unique<Service_Thread>(QStringLiteral("download server")))
+    , thread(std::make_unique<Service_Thread>("download server"))
 {
     thread->call([&] { core = new Download_Core(config, *record); });
 }
@@ -64,17 +64,13 @@ quint16 Download_Server::port() const
 QString Download_Server::url() const
 {
     const QString address = thread->ask<QString>([&] { return core->config.address; });
-    return QStringLiteral("http://%1:%2/current/").arg(address).arg(port());
+    return QString("http://%1:%2/current/").arg(address).arg(port());
 }
 
 QStringList Download_Server::model_codes()
 {
-    return {QStringLiteral("vc3w"),   QStringLiteral("vc5w"),    QStringLiteral("vc7w"),
-            QStringLiteral("vc8w"),   QStringLiteral("vc9w"),    QStringLiteral("vs12w"),
-            QStringLiteral("vccw"),   QStringLiteral("vc11w"),   QStringLiteral("vc3.3w"),
-            QStringLiteral("vc5.3w"), QStringLiteral("vc7.3w"),  QStringLiteral("vc8.3w"),
-            QStringLiteral("vc9.3w"), QStringLiteral("vs12.3w"), QStringLiteral("vcc.3w"),
-            QStringLiteral("vc11.3w")};
+    return {"vc3w",   "vc5w",   "vc7w",   "vc8w",   "vc9w",   "vs12w",   "vccw",   "vc11w",
+            "vc3.3w", "vc5.3w", "vc7.3w", "vc8.3w", "vc9.3w", "vs12.3w", "vcc.3w", "vc11.3w"};
 }
 
 QByteArray Download_Server::file(const QString &name) const
@@ -126,8 +122,7 @@ bool set_download_fault(Download_Faults &faults, const QString &word)
 QStringList download_fault_words()
 {
     QStringList all;
-    for (const Fault_Word &row : fault_words) {
+    for (const Fault_Word &row : fault_words)
         all += QString::fromLatin1(row.word);
-    }
     return all;
 }

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/http_message.h"
-#include "simulator/http_record.h"
-
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -11,13 +8,16 @@
 #include <functional>
 #include <memory>
 
+#include "simulator/http_message.h"
+#include "simulator/http_record.h"
+
 class Bell;
 class Download_Core;
 class Service_Thread;
 
 // What a virtual download server stands on and serves.
 struct Download_Config {
-    QString address = QStringLiteral("127.0.0.1");
+    QString address = "127.0.0.1";
     quint16 port = 0; // 0: any free one
     int swu_size = 200000;
     int hex_lines = 100;

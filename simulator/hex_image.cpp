@@ -20,20 +20,17 @@ constexpr int smallest_record = 5; // length, address (2), type, checksum
 
 bool all_hex_digits(const QByteArray &text)
 {
-    for (const char c : text) {
-        if (!((c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'))) {
+    for (const char c : text)
+        if (!((c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f')))
             return false;
-        }
-    }
     return true;
 }
 
 quint8 sum_of(const QByteArray &record)
 {
     quint8 sum = 0;
-    for (const char byte : record) {
+    for (const char byte : record)
         sum = quint8(sum + quint8(byte));
-    }
     return sum;
 }
 
@@ -58,38 +55,33 @@ QByteArray record_line(int address, Record_Type type, const QByteArray &payload,
 bool Hex_Image::take(const QByteArray &line)
 {
     taken++;
-    if (end_seen) {
-        return refuse(QStringLiteral("behind the end-of-file record"));
-    }
+    if (end_seen)
+        return refuse("behind the end-of-file record");
     const QByteArray digits = line.mid(1);
-    if (!line.startsWith(':') || digits.size() % 2 != 0 || !all_hex_digits(digits)) {
-        return refuse(QStringLiteral("no record"));
-    }
+    if (!line.startsWith(':') || digits.size() % 2 != 0 || !all_hex_digits(digits))
+        return refuse("no record");
     return take_record(QByteArray::fromHex(digits));
 }
 
 bool Hex_Image::take_record(const QByteArray &record)
 {
-    if (record.size() < smallest_record || record.size() != at(record, 0) + smallest_record) {
-        return refuse(QStringLiteral("wrong length"));
-    }
+    if (record.size() < smallest_record || record.size() != at(record, 0) + smallest_record)
+        return refuse("wrong length");
     if (sum_of(record) != 0) {
         const quint8 expected = quint8(-sum_of(record.chopped(1)));
-        return refuse(QStringLiteral("checksum 0x%1, expected 0x%2")
+        return refuse(QString("checksum 0x%1, expected 0x%2")
                           .arg(at(record, record.size() - 1), 2, 16, QLatin1Char('0'))
                           .arg(expected, 2, 16, QLatin1Char('0')));
     }
     const int type = at(record, 3);
     const int length = at(record, 0);
-    if (type > start_linear_record || (demanded_length[type] >= 0 && demanded_length[type] != length)) {
-        return refuse(QStringLiteral("record type %1 with %2 bytes").arg(type).arg(length));
-    }
+    if (type > start_linear_record || (demanded_length[type] >= 0 && demanded_length[type] != length))
+        return refuse(QString("record type %1 with %2 bytes").arg(type).arg(length));
     const int first_word = length >= 2 ? at(record, 4) << 8 | at(record, 5) : 0;
     if (type == data_record) {
         const int address = at(record, 1) << 8 | at(record, 2);
-        for (int i = 0; i < length; i++) {
+        for (int i = 0; i < length; i++)
             image.insert(base + quint32(address + i), record.at(4 + i));
-        }
     } else if (type == end_record) {
         end_seen = true;
     } else if (type == segment_record) {
@@ -102,7 +94,7 @@ bool Hex_Image::take_record(const QByteArray &record)
 
 bool Hex_Image::refuse(const QString &why)
 {
-    said += QStringLiteral("line %1: %2").arg(taken).arg(why);
+    said += QString("line %1: %2").arg(taken).arg(why);
     return false;
 }
 
@@ -135,9 +127,8 @@ QByteArray Hex_Image::data() const
 {
     QByteArray all;
     all.reserve(image.size());
-    for (const char byte : image) {
+    for (const char byte : image)
         all += byte;
-    }
     return all;
 }
 

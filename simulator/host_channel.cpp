@@ -21,36 +21,33 @@ Host_Channel::Host_Channel(Speaker_Config &config, Speaker_Faults &faults, Chann
     connect(&port, &Tcp_Port::opened, this, &Host_Channel::link_opened);
     connect(&port, &Tcp_Port::line_came, this, &Host_Channel::take);
     connect(&port, &Tcp_Port::closed, this,
-            [this](Tcp_Link *link) { emit event(QStringLiteral("-- host link %1 closed").arg(link->id())); });
+            [this](Tcp_Link *link) { emit event(QString("-- host link %1 closed").arg(link->id())); });
 }
 
 void Host_Channel::apply_faults()
 {
-    for (Tcp_Link *link : port.links()) {
+    for (Tcp_Link *link : port.links())
         link->set_deaf(faults.host_deaf);
-    }
 }
 
 void Host_Channel::send_all(const QByteArray &raw)
 {
-    for (Tcp_Link *link : port.links()) {
+    for (Tcp_Link *link : port.links())
         link->send(raw);
-    }
 }
 
 void Host_Channel::link_opened(Tcp_Link *link)
 {
-    emit event(QStringLiteral("-- host link %1 open").arg(link->id()));
-    if (cut_due(Cut::on_connect)) {
+    emit event(QString("-- host link %1 open").arg(link->id()));
+    if (cut_due(Cut::on_connect))
         cut(link);
-    } else if (faults.host_deaf) {
+    else if (faults.host_deaf)
         link->set_deaf(true);
-    }
 }
 
 void Host_Channel::take(Tcp_Link *link, const QByteArray &line)
 {
-    emit event(QStringLiteral("<- ") + readable(line));
+    emit event("<- " + readable(line));
     const Host_Processor::Line kind = processor.kind_of(line);
     const bool answered = kind == Host_Processor::Line::query || kind == Host_Processor::Line::flash_line;
     if (cut_due(Cut::before) || (!answered && cut_due(Cut::within))) {
@@ -60,50 +57,41 @@ void Host_Channel::take(Tcp_Link *link, const QByteArray &line)
     const bool shaped = kind == Host_Processor::Line::query && !processor.raw_reply(line);
     const int known_complaints = processor.complaints.size();
     QByteArray frame = processor.take(line);
-    for (int i = known_complaints; i < processor.complaints.size(); i++) {
-        emit event(QStringLiteral("!! ") + processor.complaints.at(i));
-    }
-    if (kind == Host_Processor::Line::command && faults.host_answers_commands) {
+    for (int i = known_complaints; i < processor.complaints.size(); i++)
+        emit event("!! " + processor.complaints.at(i));
+    if (kind == Host_Processor::Line::command && faults.host_answers_commands)
         frame = command_answer;
-    }
     emit changed();
     if (!frame.isNull() && !faults.host_silent) {
         const bool paced = kind == Host_Processor::Line::flash_line;
         answer(link, frame, shaped, faults.host_slow_ms + (paced ? config.flash_answer_ms : 0));
     }
-    if (cut_due(Cut::after) || cut_due(Cut::within)) {
+    if (cut_due(Cut::after) || cut_due(Cut::within))
         cut(link);
-    }
 }
 
 void Host_Channel::answer(Tcp_Link *link, QByteArray frame, bool shaped, int delay_ms)
 {
-    if (shaped) {
+    if (shaped)
         frame = shape(frame);
-    }
-    if (cut_due(Cut::within)) {
+    if (cut_due(Cut::within))
         frame.truncate(frame.size() / 2);
-    }
-    emit event(QStringLiteral("-> ") + readable(frame));
-    if (faults.host_bytewise) {
+    emit event("-> " + readable(frame));
+    if (faults.host_bytewise)
         link->send_bytewise(frame, delay_ms, faults.host_byte_gap_ms);
-    } else {
+    else
         link->send(frame, delay_ms);
-    }
 }
 
 QByteArray Host_Channel::shape(QByteArray frame) const
 {
     const int missing = faults.host_answer_size - frame.size();
-    if (missing > 0) {
+    if (missing > 0)
         frame.insert(frame.size() - 1, QByteArray(missing, ' '));
-    }
-    if (faults.host_no_cr) {
+    if (faults.host_no_cr)
         frame.chop(1);
-    }
-    if (faults.host_no_hash && frame.size() >= magic_size) {
+    if (faults.host_no_hash && frame.size() >= magic_size)
         frame.remove(2, 1);
-    }
     return frame;
 }
 
@@ -114,8 +102,7 @@ bool Host_Channel::cut_due(Cut when) const
 
 void Host_Channel::cut(Tcp_Link *link)
 {
-    if (faults.host_cut_left > 0) {
+    if (faults.host_cut_left > 0)
         faults.host_cut_left--;
-    }
     link->cut_behind_output(faults.host_cut_how);
 }

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
+#include <functional>
+
 #include "simulator/host_processor.h"
 #include "simulator/speaker_faults.h"
 #include "simulator/tcp_port.h"
-
-#include <QObject>
-#include <functional>
 
 class Channel_Record;
 class Tcp_Link;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/host_processor.h"
 
-#include "simulator/host_commands.h"
-
 #include <cstring>
+
+#include "simulator/host_commands.h"
 
 namespace
 {
@@ -18,9 +18,8 @@ QByteArray reply_frame(const char *status, const QString &payload)
 // True if value may be told to a speaker that keeps it so.
 bool fits(const Host_Value &value, int number)
 {
-    if (value.also_off && number == 0) {
+    if (value.also_off && number == 0)
         return true;
-    }
     return number >= value.low && number <= value.high && number % value.step == 0;
 }
 } // namespace
@@ -30,9 +29,8 @@ Host_Processor::Host_Processor(Speaker_Config &config)
 {
     for (const Host_Value &value : host_values(host_kind(config.type))) {
         const QString letters = QString::fromLatin1(value.letters);
-        if (!config.values.contains(letters)) {
+        if (!config.values.contains(letters))
             config.values.insert(letters, QString::fromLatin1(value.initial));
-        }
     }
 }
 
@@ -43,12 +41,10 @@ void Host_Processor::restart()
 
 Host_Processor::Line Host_Processor::kind_of(const QByteArray &line) const
 {
-    if (flashing) {
+    if (flashing)
         return Line::flash_line;
-    }
-    if (line.size() <= argument_at) {
+    if (line.size() <= argument_at)
         return Line::nonsense;
-    }
     return line.startsWith("RZ?") ? Line::query : line.startsWith("RZ!") ? Line::command : Line::nonsense;
 }
 
@@ -66,7 +62,7 @@ QByteArray Host_Processor::take(const QByteArray &line)
         carry_out(letters, argument);
         break;
     case Line::nonsense:
-        complain(frame, QStringLiteral("no frame"));
+        complain(frame, "no frame");
         break;
     }
     return QByteArray();
@@ -75,17 +71,14 @@ QByteArray Host_Processor::take(const QByteArray &line)
 QByteArray Host_Processor::answer_query(const QByteArray &letters, const QByteArray &argument)
 {
     const auto raw = raw_replies.constFind(letters + argument);
-    if (raw != raw_replies.constEnd()) {
+    if (raw != raw_replies.constEnd())
         return *raw;
-    }
-    if (letters == "ST" && argument == "m") {
+    if (letters == "ST" && argument == "m")
         return reply_frame("00", QString::number(config.type));
-    }
-    if (letters == "QO" && argument.isEmpty()) {
+    if (letters == "QO" && argument.isEmpty())
         return reply_frame("00", config.cell);
-    }
     if (!find_value(letters) || !argument.isEmpty()) {
-        complain("RZ?" + letters + argument, QStringLiteral("unknown query"));
+        complain("RZ?" + letters + argument, "unknown query");
         return reply_frame("01", QString());
     }
     return reply_frame("00", value(QString::fromLatin1(letters)));
@@ -94,12 +87,10 @@ QByteArray Host_Processor::answer_query(const QByteArray &letters, const QByteAr
 void Host_Processor::carry_out(const QByteArray &letters, const QByteArray &argument)
 {
     for (const Host_Command &command : host_commands(host_kind(config.type))) {
-        if (letters != command.letters) {
+        if (letters != command.letters)
             continue;
-        }
-        if (!store(command, argument)) {
+        if (!store(command, argument))
             return;
-        }
         beeps += command.deed == Host_Deed::beep;
         pings += command.deed == Host_Deed::ping;
         if (command.deed == Host_Deed::flash) {
@@ -108,7 +99,7 @@ void Host_Processor::carry_out(const QByteArray &letters, const QByteArray &argu
         }
         return;
     }
-    complain("RZ!" + letters + argument, QStringLiteral("unknown command"));
+    complain("RZ!" + letters + argument, "unknown command");
 }
 
 bool Host_Processor::store(const Host_Command &command, const QByteArray &argument)
@@ -117,21 +108,17 @@ bool Host_Processor::store(const Host_Command &command, const QByteArray &argume
     const Host_Value *value = find_value(command.target);
     QString text = QString::fromLatin1(command.fixed ? command.fixed : argument.constData());
     if (qstrlen(command.format) == 0) {
-        if (!argument.isEmpty()) {
-            return complain(frame, QStringLiteral("takes no argument"));
-        }
+        if (!argument.isEmpty())
+            return complain(frame, "takes no argument");
     } else if (strcmp(command.format, "%c") == 0) {
-        if (argument.size() != 1 || (value && !strchr(value->allowed, argument.at(0)))) {
-            return complain(frame, QStringLiteral("no letter of this value"));
-        }
+        if (argument.size() != 1 || (value && !strchr(value->allowed, argument.at(0))))
+            return complain(frame, "no letter of this value");
     } else {
         const int number = argument.trimmed().toInt();
-        if (QString::asprintf(command.format, number).toLatin1() != argument) {
-            return complain(frame, QStringLiteral("not written as ") + QString::fromLatin1(command.format));
-        }
-        if (value && !fits(*value, number)) {
-            return complain(frame, QStringLiteral("out of range"));
-        }
+        if (QString::asprintf(command.format, number).toLatin1() != argument)
+            return complain(frame, "not written as " + QString::fromLatin1(command.format));
+        if (value && !fits(*value, number))
+            return complain(frame, "out of range");
         text = QString::number(number);
     }
     config.values.insert(QString::fromLatin1(command.target), text);
@@ -140,30 +127,26 @@ bool Host_Processor::store(const Host_Command &command, const QByteArray &argume
 
 QByteArray Host_Processor::take_flash_line(const QByteArray &line)
 {
-    if (!line.endsWith('\r')) {
-        complain(line, QStringLiteral("flash line without a carriage return"));
-    }
+    if (!line.endsWith('\r'))
+        complain(line, "flash line without a carriage return");
     const QByteArray text = line.endsWith('\r') ? line.chopped(1) : line;
-    if (!image.take(text)) {
+    if (!image.take(text))
         complain(text, image.complaints().last());
-    }
     flashing = !image.ended(); // then the new firmware starts
     return config.flash_answer_ms < 0 ? QByteArray() : config.flash_answer.toUtf8();
 }
 
 bool Host_Processor::complain(const QByteArray &frame, const QString &why)
 {
-    complaints += QString::fromUtf8(frame) + QStringLiteral(": ") + why;
+    complaints += QString::fromUtf8(frame) + ": " + why;
     return false;
 }
 
 const Host_Value *Host_Processor::find_value(const QByteArray &letters) const
 {
-    for (const Host_Value &value : host_values(host_kind(config.type))) {
-        if (letters == value.letters) {
+    for (const Host_Value &value : host_values(host_kind(config.type)))
+        if (letters == value.letters)
             return &value;
-        }
-    }
     return nullptr;
 }
 

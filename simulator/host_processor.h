@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/hex_image.h"
-#include "simulator/speaker_config.h"
-
 #include <QByteArray>
 #include <QMap>
 #include <QStringList>
+
+#include "simulator/hex_image.h"
+#include "simulator/speaker_config.h"
 
 struct Host_Command;
 struct Host_Value;

@@ -8,8 +8,7 @@ House::House(const Scene &scene, bool announce, Event_Log &log)
     , scene(scene)
 {
     if (announce)
-        announcer = std::make_unique<Announcer>(
-            [&log](const QString &text) { log.event(QStringLiteral("dns-sd"), text); });
+        announcer = std::make_unique<Announcer>([&log](const QString &text) { log.event("dns-sd", text); });
 }
 
 House::~House()
@@ -34,7 +33,7 @@ bool House::start()
         resident.speaker->set_event_sink([this, name](const QString &text) { log.event(name, text); });
         // A speaker that was told to select a network leaves by itself.
         resident.speaker->set_presence_sink([this, name](bool there) {
-            log.event(name, there ? QStringLiteral("is there") : QStringLiteral("has left"));
+            log.event(name, there ? "is there" : "has left");
             if (!there && announcer)
                 announcer->withdraw(name);
         });
@@ -42,7 +41,7 @@ bool House::start()
             return false;
     }
     if (announcer && !announcer->wait_until_established()) {
-        reason = QStringLiteral("the announcements do not come to stand; is avahi-daemon running?");
+        reason = "the announcements do not come to stand; is avahi-daemon running?";
         return false;
     }
     return true;
@@ -51,12 +50,11 @@ bool House::start()
 bool House::start_download_server()
 {
     download = std::make_unique<Download_Server>(scene.download);
-    download->set_event_sink(
-        [this](const QString &text) { log.event(QStringLiteral("download server"), text); });
+    download->set_event_sink([this](const QString &text) { log.event("download server", text); });
     download->set_faults(scene.download_faults);
     if (download->start())
         return true;
-    reason = QStringLiteral("download server: ") + download->error();
+    reason = "download server: " + download->error();
     return false;
 }
 
@@ -69,7 +67,7 @@ bool House::open(Resident &resident)
         const QString first_error = speaker.error();
         speaker.change([](Speaker_Config &config) { config.http_port = 0; });
         if (!speaker.start()) {
-            reason = QStringLiteral("%1: %2").arg(resident.name, first_error);
+            reason = QString("%1: %2").arg(resident.name, first_error);
             return false;
         }
     }
@@ -85,10 +83,9 @@ void House::announce(const Resident &resident)
 
 const House::Resident *House::find(const QString &name) const
 {
-    for (const Resident &resident : residents) {
+    for (const Resident &resident : residents)
         if (resident.name == name)
             return &resident;
-    }
     return nullptr;
 }
 
@@ -108,10 +105,9 @@ Virtual_Speaker *House::speaker(const QString &name) const
 
 bool House::join(const QString &name)
 {
-    for (Resident &resident : residents) {
+    for (Resident &resident : residents)
         if (resident.name == name)
             return resident.speaker->running() || open(resident);
-    }
     return false;
 }
 

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/announcer.h"
-#include "simulator/download_server.h"
-#include "simulator/scene.h"
-#include "simulator/virtual_speaker.h"
-
 #include <QString>
 #include <QStringList>
 #include <memory>
 #include <vector>
+
+#include "simulator/announcer.h"
+#include "simulator/download_server.h"
+#include "simulator/scene.h"
+#include "simulator/virtual_speaker.h"
 
 class Event_Log;
 

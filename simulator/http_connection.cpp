@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/http_connection.h"
 
+#include <QTcpSocket>
+
 #include "simulator/monotonic.h"
 #include "simulator/tcp_link.h"
-
-#include <QTcpSocket>
 
 namespace
 {
@@ -37,22 +37,19 @@ void Http_Connection::read()
 
 void Http_Connection::take_request()
 {
-    if (answering || ended) {
+    if (answering || ended)
         return;
-    }
     if (body_missing < 0) {
         const int head_size = input.indexOf(head_end);
         if (head_size > longest_head || (head_size < 0 && input.size() > longest_head)) {
             refuse(431);
             return;
         }
-        if (head_size < 0 || !take_head(head_size)) {
+        if (head_size < 0 || !take_head(head_size))
             return;
-        }
     }
-    if (input.size() < body_missing) {
+    if (input.size() < body_missing)
         return;
-    }
     request.us = monotonic_us();
     request.connection = number;
     request.body = input.left(body_missing);
@@ -121,20 +118,17 @@ QByteArray Http_Connection::head_of(const Http_Reply &reply) const
     QByteArray head =
         "HTTP/1.1 " + QByteArray::number(reply.status) + ' ' + http_reason(reply.status) + "\r\n";
     head += "Content-Type: " + reply.content_type + "\r\n";
-    if (!reply.no_length) {
+    if (!reply.no_length)
         head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
-    }
-    for (const auto &header : reply.headers) {
+    for (const auto &header : reply.headers)
         head += header.first + ": " + header.second + "\r\n";
-    }
     return head + (closing ? "Connection: close" : "Connection: keep-alive") + head_end;
 }
 
 void Http_Connection::send(const Http_Reply &reply)
 {
-    if (ended) {
+    if (ended)
         return;
-    }
     const bool with_body = request.method != "HEAD";
     socket->write(with_body ? head_of(reply) + reply.body : head_of(reply));
     socket->flush();
@@ -153,9 +147,8 @@ void Http_Connection::finish(const Http_Reply &reply)
 
 void Http_Connection::send_slowly(const Http_Reply &reply, int chunk, int gap_ms)
 {
-    if (ended) {
+    if (ended)
         return;
-    }
     if (request.method == "HEAD") {
         send(reply);
         return;
@@ -181,9 +174,8 @@ void Http_Connection::send_chunk()
 
 void Http_Connection::send_part(const Http_Reply &reply, int body_bytes)
 {
-    if (ended) {
+    if (ended)
         return;
-    }
     socket->write(head_of(reply) + reply.body.left(body_bytes));
     while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten(1000)) {
         // A reset throws away what has not left yet, and the point of it is that the part arrives.
@@ -193,14 +185,12 @@ void Http_Connection::send_part(const Http_Reply &reply, int body_bytes)
 
 void Http_Connection::reset()
 {
-    if (!ended) {
+    if (!ended)
         cut_socket(socket, Cut_How::rst);
-    }
 }
 
 void Http_Connection::close()
 {
-    if (!ended) {
+    if (!ended)
         cut_socket(socket, Cut_How::fin);
-    }
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/http_message.h"
-
 #include <QByteArray>
 #include <QObject>
 #include <QTimer>
+
+#include "simulator/http_message.h"
 
 class QTcpSocket;
 

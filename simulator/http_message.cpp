@@ -26,20 +26,16 @@ constexpr Reason reasons[] = {
 
 QByteArray Http_Request::header(const QByteArray &name) const
 {
-    for (const auto &header : headers) {
-        if (header.first.compare(name, Qt::CaseInsensitive) == 0) {
+    for (const auto &header : headers)
+        if (header.first.compare(name, Qt::CaseInsensitive) == 0)
             return header.second;
-        }
-    }
     return QByteArray();
 }
 
 QByteArray http_reason(int status)
 {
-    for (const Reason &reason : reasons) {
-        if (reason.status == status) {
+    for (const Reason &reason : reasons)
+        if (reason.status == status)
             return reason.phrase;
-        }
-    }
     return "Unknown";
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/channel_record.h"
-#include "simulator/http_message.h"
-
 #include <QList>
 #include <mutex>
+
+#include "simulator/channel_record.h"
+#include "simulator/http_message.h"
 
 class Bell;
 

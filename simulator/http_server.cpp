@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/http_server.h"
 
-#include "simulator/http_connection.h"
-#include "simulator/http_record.h"
-
 #include <QHostAddress>
 #include <QTcpSocket>
+
+#include "simulator/http_connection.h"
+#include "simulator/http_record.h"
 
 Http_Server::Http_Server(Http_Record &record, QObject *parent)
     : QObject(parent)
@@ -28,13 +28,11 @@ void Http_Server::close()
 void Http_Server::end_connections(bool reset)
 {
     const QList<Http_Connection *> all = connections; // each end takes its connection from the list
-    for (Http_Connection *connection : all) {
-        if (reset) {
+    for (Http_Connection *connection : all)
+        if (reset)
             connection->reset();
-        } else {
+        else
             connection->close();
-        }
-    }
 }
 
 void Http_Server::accept()

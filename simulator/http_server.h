@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/http_message.h"
-
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QTcpServer>
+
+#include "simulator/http_message.h"
 
 class Http_Connection;
 class Http_Record;

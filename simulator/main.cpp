@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "simulator/event_log.h"
-#include "simulator/house.h"
-#include "simulator/scene.h"
-#include "simulator/sim_console.h"
-
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QSocketNotifier>
 #include <csignal>
 #include <cstdio>
 #include <unistd.h>
+
+#include "simulator/event_log.h"
+#include "simulator/house.h"
+#include "simulator/scene.h"
+#include "simulator/sim_console.h"
 
 namespace
 {
@@ -82,22 +82,21 @@ int fail(int code, const QString &why)
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
-        QStringLiteral(
+        QString(
             "Virtual VIRELO Air speakers that speak the real protocols: the host protocol on TCP 8990 and "
             "8991,\n"
             "the JSON API over HTTP, and announcements by DNS-SD. Each stands on a loopback address of its "
             "own.\n"
             "One line is printed for each event. A scene is a JSON file that lists the speakers.\n\n"
             "Commands on standard input, one a line:\n  ") +
-        Sim_Console::help().join(QStringLiteral("\n  ")));
+        Sim_Console::help().join("\n  "));
     parser.addHelpOption();
     parser.addVersionOption();
     parser.addOptions({
-        {QStringLiteral("scene"), QStringLiteral("Name of a scene that comes along, or the path of a file."),
-         QStringLiteral("scene"), QStringLiteral("home")},
-        {QStringLiteral("list-scenes"), QStringLiteral("Print the names of the scenes that come along.")},
-        {QStringLiteral("no-announce"), QStringLiteral("Do not announce the speakers.")},
-        {QStringLiteral("log"), QStringLiteral("Write the events to this file too."), QStringLiteral("file")},
+        {"scene", "Name of a scene that comes along, or the path of a file.", "scene", "home"},
+        {"list-scenes", "Print the names of the scenes that come along."},
+        {"no-announce", "Do not announce the speakers."},
+        {"log", "Write the events to this file too.", "file"},
     });
 }
 } // namespace
@@ -105,29 +104,29 @@ void describe(QCommandLineParser &parser)
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("virelo-sim"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(VIRELO_VERSION));
+    QCoreApplication::setApplicationName("virelo-sim");
+    QCoreApplication::setApplicationVersion(VIRELO_VERSION);
     QCommandLineParser parser;
     describe(parser);
     parser.process(application);
 
     Event_Log log;
-    if (parser.isSet(QStringLiteral("list-scenes"))) {
+    if (parser.isSet("list-scenes")) {
         log.line(scene_names().join(QLatin1Char('\n')));
         return 0;
     }
-    if (parser.isSet(QStringLiteral("log")) && !log.open_file(parser.value(QStringLiteral("log"))))
+    if (parser.isSet("log") && !log.open_file(parser.value("log")))
         return fail(usage_error, log.error());
     Scene scene;
     QString error;
-    if (!load_scene(parser.value(QStringLiteral("scene")), scene, &error))
+    if (!load_scene(parser.value("scene"), scene, &error))
         return fail(usage_error, error);
 
     watch_signals(application);
-    House house(scene, !parser.isSet(QStringLiteral("no-announce")), log);
+    House house(scene, !parser.isSet("no-announce"), log);
     if (!house.start())
         return fail(start_error, house.error());
-    log.line(QStringLiteral("ready"));
+    log.line("ready");
 
     Sim_Console console(house, log);
     QObject::connect(&console, &Sim_Console::quit_asked, &application, &QCoreApplication::quit);

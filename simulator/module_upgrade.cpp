@@ -33,11 +33,9 @@ constexpr const char *checksum_error = "3";
 // Where a forced error comes up: at its own stage, and any other one at once.
 int stage_of_error(const QString &errinfo)
 {
-    for (int i = 0; i < last_stage; i++) {
-        if (errinfo.size() == 1 && QLatin1String(stages[i].errors).contains(errinfo.at(0))) {
+    for (int i = 0; i < last_stage; i++)
+        if (errinfo.size() == 1 && QLatin1String(stages[i].errors).contains(errinfo.at(0)))
             return i;
-        }
-    }
     return 0;
 }
 } // namespace
@@ -54,8 +52,8 @@ void Module_Upgrade::start(const QString &folder, qint64 size)
     stage = 0;
     wanted_size = size;
     errinfo = QString::fromLatin1(no_error);
-    const QUrl url(folder + QStringLiteral("ventaro.swu"));
-    emit event(QStringLiteral("-- module upgrade fetches ") + url.toString());
+    const QUrl url(folder + "ventaro.swu");
+    emit event("-- module upgrade fetches " + url.toString());
     QNetworkReply *reply = manager.get(QNetworkRequest(url));
     running = reply;
     connect(reply, &QNetworkReply::downloadProgress, this,
@@ -89,10 +87,10 @@ void Module_Upgrade::downloaded(QNetworkReply *reply)
     } else if (reply->error() != QNetworkReply::NoError || status != 200) {
         fail(download_error);
     } else if (size != wanted_size) {
-        emit event(QStringLiteral("-- module upgrade got %1 bytes, expected %2").arg(size).arg(wanted_size));
+        emit event(QString("-- module upgrade got %1 bytes, expected %2").arg(size).arg(wanted_size));
         fail(checksum_error);
     } else {
-        emit event(QStringLiteral("-- module upgrade got all %1 bytes").arg(size));
+        emit event(QString("-- module upgrade got all %1 bytes").arg(size));
         fetched = true;
         progress = 100;
     }
@@ -102,7 +100,7 @@ void Module_Upgrade::fail(const char *why)
 {
     failed = true;
     errinfo = QString::fromLatin1(why);
-    emit event(QStringLiteral("-- module upgrade failed, errinfo ") + errinfo);
+    emit event("-- module upgrade failed, errinfo " + errinfo);
 }
 
 QJsonObject Module_Upgrade::poll(int polls_a_stage, const QString &forced_errinfo)
@@ -119,8 +117,8 @@ QJsonObject Module_Upgrade::poll(int polls_a_stage, const QString &forced_errinf
     const bool none = stage < 0;
     const int shown = stage == 0 ? qMin(progress, 100 * stage_polls / qMax(1, polls_a_stage)) : progress;
     return {
-        {QStringLiteral("status"), QLatin1String(none || failed ? failed_status : stages[stage].status)},
-        {QStringLiteral("errinfo"), none ? QString::fromLatin1(not_running) : errinfo},
-        {QStringLiteral("downprogress"), QString::number(shown)},
+        {"status", QLatin1String(none || failed ? failed_status : stages[stage].status)},
+        {"errinfo", none ? QString::fromLatin1(not_running) : errinfo},
+        {"downprogress", QString::number(shown)},
     };
 }

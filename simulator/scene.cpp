@@ -22,7 +22,7 @@ struct Key {
 bool wants(bool fits, const char *kind, QString &reason)
 {
     if (!fits)
-        reason = QStringLiteral("wants ") + QLatin1String(kind);
+        reason = QString("wants ") + QLatin1String(kind);
     return fits;
 }
 
@@ -75,14 +75,13 @@ bool read_keys(const QJsonObject &object, const std::vector<Key<Target>> &keys, 
                QString &error)
 {
     for (auto entry = object.begin(); entry != object.end(); ++entry) {
-        QString reason = QStringLiteral("is not known");
+        QString reason = "is not known";
         bool read = false;
-        for (const Key<Target> &key : keys) {
+        for (const Key<Target> &key : keys)
             if (entry.key() == QLatin1String(key.name))
                 read = key.read(entry.value(), target, reason);
-        }
         if (!read) {
-            error = QStringLiteral("\"%1\" %2").arg(entry.key(), reason);
+            error = QString("\"%1\" %2").arg(entry.key(), reason);
             return false;
         }
     }
@@ -117,10 +116,9 @@ bool read_networks(const QJsonValue &value, Speaker_Config &config, QString &rea
 bool read_faults(const QJsonValue &value, Speaker_Faults &faults, QString &reason)
 {
     const QJsonObject object = value.toObject();
-    for (auto entry = object.begin(); entry != object.end(); ++entry) {
+    for (auto entry = object.begin(); entry != object.end(); ++entry)
         if (!set_fault(faults, entry.key(), entry.value().toString(), &reason))
             return false;
-    }
     return wants(value.isObject(), "an object of texts", reason);
 }
 
@@ -164,12 +162,12 @@ const std::vector<Key<Speaker_Config>> &config_keys()
 bool read_speaker(const QJsonObject &object, Scene::Speaker &speaker, QString &error)
 {
     QJsonObject config = object;
-    const QJsonValue faults = config.take(QStringLiteral("faults"));
-    const QJsonValue present = config.take(QStringLiteral("present"));
+    const QJsonValue faults = config.take("faults");
+    const QJsonValue present = config.take("present");
     if (!read_keys(config, config_keys(), speaker.config, error))
         return false;
     if (QHostAddress(speaker.config.address).protocol() != QAbstractSocket::IPv4Protocol) {
-        error = QStringLiteral("\"%1\" is no address").arg(speaker.config.address);
+        error = QString("\"%1\" is no address").arg(speaker.config.address);
         return false;
     }
     speaker.present = present.toBool(true);
@@ -187,9 +185,9 @@ bool read_download(const QJsonValue &value, Scene &scene, QString &reason)
         number_key("hex_lines", &Download_Config::hex_lines, 1, int_max),
     };
     QJsonObject object = value.toObject();
-    const QJsonValue fault = object.take(QStringLiteral("fault"));
+    const QJsonValue fault = object.take("fault");
     if (!fault.isUndefined() && !set_download_fault(scene.download_faults, fault.toString())) {
-        reason = QStringLiteral("\"fault\" is one of ") + download_fault_words().join(QStringLiteral(", "));
+        reason = "\"fault\" is one of " + download_fault_words().join(", ");
         return false;
     }
     scene.has_download_server = true;
@@ -206,7 +204,7 @@ bool read_speakers(const QJsonValue &value, Scene &scene, QString &reason)
             !read_speaker(entry.toObject(), speaker, reason))
             return false;
         if (names.contains(speaker.config.name) || addresses.contains(speaker.config.address)) {
-            reason = QStringLiteral("hold \"%1\" or its address twice").arg(speaker.config.name);
+            reason = QString("hold \"%1\" or its address twice").arg(speaker.config.name);
             return false;
         }
         names.insert(speaker.config.name);
@@ -227,8 +225,8 @@ bool read_scene(const QByteArray &json, Scene &scene, QString *error)
     const QJsonDocument document = QJsonDocument::fromJson(json, &parse_error);
     if (!document.isObject()) {
         *error = document.isNull()
-                     ? QStringLiteral("%1 at byte %2").arg(parse_error.errorString()).arg(parse_error.offset)
-                     : QStringLiteral("a scene is a JSON object");
+                     ? QString("%1 at byte %2").arg(parse_error.errorString()).arg(parse_error.offset)
+                     : "a scene is a JSON object";
         return false;
     }
     scene = Scene();
@@ -238,24 +236,22 @@ bool read_scene(const QByteArray &json, Scene &scene, QString *error)
 QStringList scene_names()
 {
     QStringList names;
-    for (const QString &file :
-         QDir(QStringLiteral(":/scenes")).entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name))
+    for (const QString &file : QDir(":/scenes").entryList({"*.json"}, QDir::Files, QDir::Name))
         names.append(file.left(file.size() - 5));
     return names;
 }
 
 bool load_scene(const QString &name_or_path, Scene &scene, QString *error)
 {
-    const QString path = scene_names().contains(name_or_path)
-                             ? QStringLiteral(":/scenes/") + name_or_path + QStringLiteral(".json")
-                             : name_or_path;
+    const QString path =
+        scene_names().contains(name_or_path) ? ":/scenes/" + name_or_path + ".json" : name_or_path;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        *error = QStringLiteral("%1: %2").arg(path, file.errorString());
+        *error = QString("%1: %2").arg(path, file.errorString());
         return false;
     }
     if (read_scene(file.readAll(), scene, error))
         return true;
-    *error = path + QStringLiteral(": ") + *error;
+    *error = path + ": " + *error;
     return false;
 }

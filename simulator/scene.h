@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/download_server.h"
-#include "simulator/speaker_config.h"
-#include "simulator/speaker_faults.h"
-
 #include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
+
+#include "simulator/download_server.h"
+#include "simulator/speaker_config.h"
+#include "simulator/speaker_faults.h"
 
 // A house of virtual speakers, as read from a JSON text. A plain value.
 struct Scene {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/sim_console.h"
 
+#include <algorithm>
+
 #include "simulator/event_log.h"
 #include "simulator/house.h"
-
-#include <algorithm>
 
 struct Sim_Console::Command {
     const char *word;
@@ -60,11 +60,11 @@ void Sim_Console::obey(const QString &line)
         return words.first() == QLatin1String(entry.word);
     });
     if (command == commands_end())
-        refuse(QStringLiteral("there is no command \"%1\"; \"help\" lists them").arg(words.first()));
+        refuse(QString("there is no command \"%1\"; \"help\" lists them").arg(words.first()));
     else if (words.size() != command->words)
         refuse(QString::fromUtf8(command->help));
     else if (command->on_speaker && !house.speaker(words.at(1)))
-        refuse(QStringLiteral("there is no speaker \"%1\"").arg(words.at(1)));
+        refuse(QString("there is no speaker \"%1\"").arg(words.at(1)));
     else
         (this->*command->run)(words);
 }
@@ -74,22 +74,21 @@ QStringList Sim_Console::help()
     QStringList lines;
     for (const Command *command = commands_begin(); command != commands_end(); ++command)
         lines.append(QString::fromUtf8(command->help));
-    lines.append(QStringLiteral("Names with blanks stand in double quotes. Faults:"));
+    lines.append("Names with blanks stand in double quotes. Faults:");
     for (const QString &line : fault_help())
-        lines.append(QStringLiteral("  ") + line);
-    lines.append(QStringLiteral("Faults of the download server: ") +
-                 download_fault_words().join(QStringLiteral(", ")));
+        lines.append("  " + line);
+    lines.append("Faults of the download server: " + download_fault_words().join(", "));
     return lines;
 }
 
 void Sim_Console::refuse(const QString &why)
 {
-    log.line(QStringLiteral("? ") + why);
+    log.line("? " + why);
 }
 
 void Sim_Console::done()
 {
-    log.line(QStringLiteral("ok"));
+    log.line("ok");
 }
 
 void Sim_Console::do_help(const QStringList &)
@@ -102,12 +101,12 @@ void Sim_Console::do_list(const QStringList &)
 {
     for (const QString &name : house.names()) {
         const Virtual_Speaker *speaker = house.speaker(name);
-        log.line(QStringLiteral("%1  type %2  %3  HTTP %4  %5")
+        log.line(QString("%1  type %2  %3  HTTP %4  %5")
                      .arg(name, -24)
                      .arg(speaker->config().type, 3)
                      .arg(speaker->address(), -15)
                      .arg(speaker->http_port(), 5)
-                     .arg(speaker->running() ? QStringLiteral("there") : QStringLiteral("away")));
+                     .arg(speaker->running() ? "there" : "away"));
     }
 }
 
@@ -126,7 +125,7 @@ void Sim_Console::do_set(const QStringList &words)
 {
     Virtual_Speaker *speaker = house.speaker(words.at(1));
     if (speaker->value(words.at(2)).isNull())
-        return refuse(QStringLiteral("it has no value \"%1\"").arg(words.at(2)));
+        return refuse(QString("it has no value \"%1\"").arg(words.at(2)));
     speaker->set_value(words.at(2), words.at(3));
     done();
 }
@@ -150,14 +149,14 @@ void Sim_Console::do_move(const QStringList &words)
     if (house.move(words.at(1), words.at(2)))
         done();
     else
-        refuse(QStringLiteral("the address cannot be taken"));
+        refuse("the address cannot be taken");
 }
 
 void Sim_Console::do_cut(const QStringList &words)
 {
-    const bool reset = words.at(2) == QStringLiteral("rst");
-    if (!reset && words.at(2) != QStringLiteral("fin"))
-        return refuse(QStringLiteral("cut by \"fin\" or \"rst\""));
+    const bool reset = words.at(2) == "rst";
+    if (!reset && words.at(2) != "fin")
+        return refuse("cut by \"fin\" or \"rst\"");
     house.speaker(words.at(1))->cut_link(reset ? Cut_How::rst : Cut_How::fin);
     done();
 }
@@ -172,9 +171,9 @@ void Sim_Console::do_download(const QStringList &words)
 {
     Download_Faults faults;
     if (!house.download_server())
-        return refuse(QStringLiteral("the scene has no download server"));
+        return refuse("the scene has no download server");
     if (!set_download_fault(faults, words.at(1)))
-        return refuse(QStringLiteral("one of ") + download_fault_words().join(QStringLiteral(", ")));
+        return refuse("one of " + download_fault_words().join(", "));
     house.download_server()->set_faults(faults);
     done();
 }

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/speaker_api.h"
 
-#include "simulator/strict_json.h"
-
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <initializer_list>
+
+#include "simulator/strict_json.h"
 
 // A path with one action: the members that its body must have, and what it does.
 struct Speaker_Api::Action {
@@ -36,25 +36,24 @@ constexpr const char *bluetooth_path = "/api/v20/bluetooth.action";
 
 QJsonObject result(const QString &returncode)
 {
-    return {{QStringLiteral("returncode"), returncode}};
+    return {{"returncode", returncode}};
 }
 
 QJsonObject success()
 {
-    return result(QStringLiteral("success"));
+    return result("success");
 }
 
 QJsonObject failure(const QString &why)
 {
-    return {{QStringLiteral("returncode"), QStringLiteral("error")}, {QStringLiteral("reason"), why}};
+    return {{"returncode", "error"}, {"reason", why}};
 }
 
 QJsonValue member_of(const QJsonObject &object, const char *name)
 {
     QJsonValue value = object;
-    for (const QString &step : QString::fromLatin1(name).split(QLatin1Char('/'))) {
+    for (const QString &step : QString::fromLatin1(name).split(QLatin1Char('/')))
         value = value.toObject().value(step);
-    }
     return value;
 }
 
@@ -111,9 +110,8 @@ const Speaker_Api::Action *Speaker_Api::find_action(const QString &path, const Q
     for (const Action &candidate : actions) {
         if (path == QLatin1String(candidate.path)) {
             *known_path = true;
-            if (action == QLatin1String(candidate.action)) {
+            if (action == QLatin1String(candidate.action))
                 return &candidate;
-            }
         }
     }
     return nullptr;
@@ -125,9 +123,8 @@ Speaker_Api::Speaker_Api(Speaker_Config &config, const Speaker_Faults &faults, Q
     , faults(faults)
     , upgrade(nullptr)
 {
-    if (config.sender_uuid.isEmpty()) {
-        config.sender_uuid = QStringLiteral("4c494e4e-") + config.address;
-    }
+    if (config.sender_uuid.isEmpty())
+        config.sender_uuid = "4c494e4e-" + config.address;
     connect(&upgrade, &Module_Upgrade::event, this, &Speaker_Api::event);
 }
 
@@ -135,14 +132,12 @@ QJsonObject Speaker_Api::read(Http_Request &request) const
 {
     request.json_error = json_complaint(request.body);
     const QJsonDocument document = QJsonDocument::fromJson(request.body);
-    if (request.json_error.isEmpty() && !document.isObject()) {
-        request.json_error = QStringLiteral("no object");
-    }
+    if (request.json_error.isEmpty() && !document.isObject())
+        request.json_error = "no object";
     request.json_ok = request.json_error.isEmpty();
-    if (!request.json_ok) {
+    if (!request.json_ok)
         return QJsonObject();
-    }
-    request.action = document.object().value(QStringLiteral("action")).toString();
+    request.action = document.object().value("action").toString();
     return document.object();
 }
 
@@ -158,25 +153,20 @@ Http_Reply Speaker_Api::answer(const Http_Request &request, const QJsonObject &o
     }
     bool known_path = false;
     const Action *action = find_action(path, request.action, &known_path);
-    if (!known_path) {
+    if (!known_path)
         return plain_refusal(404);
-    }
     if (request.method != "POST") {
         Http_Reply reply = plain_refusal(405);
         reply.headers.append(qMakePair(QByteArray("Allow"), QByteArray("POST")));
         return reply;
     }
-    if (!request.json_ok) {
-        return json_reply(failure(QStringLiteral("no JSON: ") + request.json_error));
-    }
-    if (!action) {
-        return json_reply(failure(QStringLiteral("unknown action")));
-    }
-    for (const Action::Member &member : action->members) {
-        if (member_of(object, member.name).type() != member.type) {
-            return json_reply(failure(QStringLiteral("bad member ") + QLatin1String(member.name)));
-        }
-    }
+    if (!request.json_ok)
+        return json_reply(failure("no JSON: " + request.json_error));
+    if (!action)
+        return json_reply(failure("unknown action"));
+    for (const Action::Member &member : action->members)
+        if (member_of(object, member.name).type() != member.type)
+            return json_reply(failure(QString("bad member ") + QLatin1String(member.name)));
     leave = false;
     const QJsonObject outcome = (this->*action->run)(object);
     *leaving = leave;
@@ -201,93 +191,87 @@ void Speaker_Api::restart()
 
 QJsonObject Speaker_Api::device_info(const QJsonObject &)
 {
-    return {{QStringLiteral("model"), config.model},
-            {QStringLiteral("firmware"), config.firmware},
-            {QStringLiteral("hardware"), config.hardware},
-            {QStringLiteral("devicename"), config.name}};
+    return {{"model", config.model},
+            {"firmware", config.firmware},
+            {"hardware", config.hardware},
+            {"devicename", config.name}};
 }
 
 // The announcement keeps the old name until the speaker starts anew, which selecting a network brings about.
 QJsonObject Speaker_Api::set_device_name(const QJsonObject &object)
 {
-    const QString name = object.value(QStringLiteral("devicename")).toString();
-    if (name.isEmpty()) {
-        return failure(QStringLiteral("empty name"));
-    }
+    const QString name = object.value("devicename").toString();
+    if (name.isEmpty())
+        return failure("empty name");
     config.name = name;
     return success();
 }
 
 QJsonObject Speaker_Api::network_info(const QJsonObject &)
 {
-    QJsonObject wlan{{QStringLiteral("mode"), config.wlan_mode},
-                     {QStringLiteral("ssid"), config.ssid},
-                     {QStringLiteral("mac"), config.mac}};
+    QJsonObject wlan{{"mode", config.wlan_mode}, {"ssid", config.ssid}, {"mac", config.mac}};
     if (config.wlan_mode != QLatin1String("AP")) {
-        wlan.insert(QStringLiteral("stationinfo"), QJsonObject{
-                                                       {QStringLiteral("signal"), config.signal},
-                                                       {QStringLiteral("channelwidth"), config.channelwidth},
-                                                       {QStringLiteral("bitrate"), config.bitrate},
-                                                   });
+        wlan.insert("stationinfo", QJsonObject{
+                                       {"signal", config.signal},
+                                       {"channelwidth", config.channelwidth},
+                                       {"bitrate", config.bitrate},
+                                   });
     }
-    return {{QStringLiteral("wlan"), wlan}};
+    return {{"wlan", wlan}};
 }
 
 QJsonObject Speaker_Api::wifi_scan(const QJsonObject &)
 {
     QJsonArray list;
     for (const Wlan_Network &network : config.networks) {
-        list.append(QJsonObject{{QStringLiteral("ssid"), network.ssid},
-                                {QStringLiteral("encrypt_type"), network.encrypt_type},
-                                {QStringLiteral("signal_level"), network.signal_level}});
+        list.append(QJsonObject{{"ssid", network.ssid},
+                                {"encrypt_type", network.encrypt_type},
+                                {"signal_level", network.signal_level}});
     }
-    return {{QStringLiteral("aplist"), list}};
+    return {{"aplist", list}};
 }
 
 QJsonObject Speaker_Api::add_network(const QJsonObject &object)
 {
-    const QString ssid = object.value(QStringLiteral("ssid")).toString();
-    const QString password = object.value(QStringLiteral("psk")).toString();
-    for (const Wlan_Network &network : config.networks) {
-        if (network.ssid == ssid && !network.password.isNull() && network.password != password) {
-            return result(QStringLiteral("wrong password"));
-        }
-    }
+    const QString ssid = object.value("ssid").toString();
+    const QString password = object.value("psk").toString();
+    for (const Wlan_Network &network : config.networks)
+        if (network.ssid == ssid && !network.password.isNull() && network.password != password)
+            return result("wrong password");
     added_networks.insert(++last_network_id, ssid);
     QJsonObject outcome = success();
-    outcome.insert(QStringLiteral("id"), last_network_id);
+    outcome.insert("id", last_network_id);
     return outcome;
 }
 
 QJsonObject Speaker_Api::select_network(const QJsonObject &object)
 {
-    const int id = object.value(QStringLiteral("id")).toInt(-1);
-    if (!added_networks.contains(id)) {
-        return failure(QStringLiteral("unknown network"));
-    }
+    const int id = object.value("id").toInt(-1);
+    if (!added_networks.contains(id))
+        return failure("unknown network");
     config.ssid = added_networks.value(id);
-    config.wlan_mode = QStringLiteral("STA");
+    config.wlan_mode = "STA";
     leave = true;
     return success();
 }
 
 QJsonObject Speaker_Api::sender_status(const QJsonObject &)
 {
-    return {{QStringLiteral("enabled"), config.sender_enabled},
-            {QStringLiteral("state"), config.sender_state},
-            {QStringLiteral("mode"), config.sender_mode},
-            {QStringLiteral("uuid"), config.sender_uuid},
-            {QStringLiteral("groupname"), config.groupname}};
+    return {{"enabled", config.sender_enabled},
+            {"state", config.sender_state},
+            {"mode", config.sender_mode},
+            {"uuid", config.sender_uuid},
+            {"groupname", config.groupname}};
 }
 
 QJsonObject Speaker_Api::sender_enable(const QJsonObject &object)
 {
     config.sender_enabled = true;
     config.sender_state = 1;
-    config.sender_mode = object.value(QStringLiteral("mode")).toInt();
-    config.groupname = object.value(QStringLiteral("groupname")).toString();
+    config.sender_mode = object.value("mode").toInt();
+    config.groupname = object.value("groupname").toString();
     QJsonObject outcome = sender_status(object);
-    outcome.insert(QStringLiteral("returncode"), QStringLiteral("success"));
+    outcome.insert("returncode", "success");
     return outcome;
 }
 
@@ -308,20 +292,19 @@ QJsonObject Speaker_Api::sender_stop(const QJsonObject &object)
 {
     config.sender_state = 1;
     QJsonObject outcome = sender_status(object);
-    outcome.insert(QStringLiteral("returncode"), QStringLiteral("success"));
+    outcome.insert("returncode", "success");
     return outcome;
 }
 
 QJsonObject Speaker_Api::receiver_state(const QJsonObject &)
 {
-    return {{QStringLiteral("state"), config.receiver_state},
-            {QStringLiteral("sender"), config.receiver_sender}};
+    return {{"state", config.receiver_state}, {"sender", config.receiver_sender}};
 }
 
 QJsonObject Speaker_Api::receiver_link(const QJsonObject &object)
 {
     config.receiver_state = 1;
-    config.receiver_sender = object.value(QStringLiteral("uuid")).toString();
+    config.receiver_sender = object.value("uuid").toString();
     return success();
 }
 
@@ -346,21 +329,20 @@ QJsonObject Speaker_Api::receiver_stop(const QJsonObject &)
 
 QJsonObject Speaker_Api::set_bluetooth(const QJsonObject &object)
 {
-    config.discoverable = object.value(QStringLiteral("discoverable")).toBool();
-    config.pairable = object.value(QStringLiteral("pairable")).toBool();
-    config.discoverable_timeout = object.value(QStringLiteral("discoverableTimeout")).toInt();
-    config.pairable_timeout = object.value(QStringLiteral("pairableTimeout")).toInt();
+    config.discoverable = object.value("discoverable").toBool();
+    config.pairable = object.value("pairable").toBool();
+    config.discoverable_timeout = object.value("discoverableTimeout").toInt();
+    config.pairable_timeout = object.value("pairableTimeout").toInt();
     return success();
 }
 
 QJsonObject Speaker_Api::set_url(const QJsonObject &object)
 {
-    const QString folder = object.value(QStringLiteral("otaaddress")).toString();
+    const QString folder = object.value("otaaddress").toString();
     bool is_number = false;
-    const qint64 size = object.value(QStringLiteral("filesize")).toString().toLongLong(&is_number);
-    if (!is_number || !folder.startsWith(QLatin1String("http://")) || !folder.endsWith(QLatin1Char('/'))) {
-        return failure(QStringLiteral("bad address or size"));
-    }
+    const qint64 size = object.value("filesize").toString().toLongLong(&is_number);
+    if (!is_number || !folder.startsWith(QLatin1String("http://")) || !folder.endsWith(QLatin1Char('/')))
+        return failure("bad address or size");
     upgrade.start(folder, size);
     return success();
 }

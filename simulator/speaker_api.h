@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/http_message.h"
-#include "simulator/module_upgrade.h"
-#include "simulator/speaker_config.h"
-#include "simulator/speaker_faults.h"
-
 #include <QJsonObject>
 #include <QMap>
 #include <QObject>
 #include <QPair>
+
+#include "simulator/http_message.h"
+#include "simulator/module_upgrade.h"
+#include "simulator/speaker_config.h"
+#include "simulator/speaker_faults.h"
 
 // The JSON API of a speaker's Wi-Fi module: eight paths, each with its actions. Reads each body strictly,
 // keeps the state and gives the answer. No sockets here. Belongs to the speaker's thread.

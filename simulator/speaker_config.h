@@ -9,9 +9,9 @@
 // One wireless network that a speaker sees.
 struct Wlan_Network {
     QString ssid;
-    QString encrypt_type = QStringLiteral("WPA2");
-    QString signal_level = QStringLiteral("-60"); // the scan reply carries it as text
-    QString password; // null: any is taken. Set, also to "": another one is refused.
+    QString encrypt_type = "WPA2";
+    QString signal_level = "-60"; // the scan reply carries it as text
+    QString password;             // null: any is taken. Set, also to "": another one is refused.
 };
 
 // Everything that a virtual speaker is and holds, and at the same time its state: requests and commands
@@ -19,31 +19,31 @@ struct Wlan_Network {
 // reached through Virtual_Speaker::config and Virtual_Speaker::change.
 struct Speaker_Config {
     // Where it stands
-    QString address = QStringLiteral("127.0.0.1");
+    QString address = "127.0.0.1";
     quint16 host_port = 8990; // fixed on a real speaker: the program knows no other
     quint16 at_port = 8991;
     quint16 http_port = 0; // 0: any free one
     QString host_name;     // of the announcement, without ".local"; empty: made from the address
-    QString service_type = QStringLiteral("_lodeset._tcp");
+    QString service_type = "_lodeset._tcp";
     QMap<QString, QString> txt; // entries of the announcement's TXT record
 
     // Host
-    QString name = QStringLiteral("Speaker"); // also the instance name of the announcement
-    int type = 13;                            // answer to "STm"; 18 speaks the subwoofer's commands
-    QString cell = QStringLiteral("N");       // answer to "QO"; "W" for a cell master
+    QString name = "Speaker";      // also the instance name of the announcement
+    int type = 13;                 // answer to "STm"; 18 speaks the subwoofer's commands
+    QString cell = "N";            // answer to "QO"; "W" for a cell master
     QMap<QString, QString> values; // two letters to text; what is missing starts at its table default
     int flash_answer_ms = 0;       // pace of the answers in flash mode; below 0: no answer at all
-    QString flash_answer = QStringLiteral("!");
+    QString flash_answer = "!";
 
     // Device info reply
-    QString model = QStringLiteral("VIRELO Air");
-    QString firmware = QStringLiteral("1.4.2");
-    QString hardware = QStringLiteral("2.0");
+    QString model = "VIRELO Air";
+    QString firmware = "1.4.2";
+    QString hardware = "2.0";
 
     // Network info reply. In the mode "AP" it has no "stationinfo".
-    QString wlan_mode = QStringLiteral("STA");
-    QString ssid = QStringLiteral("Home");
-    QString mac = QStringLiteral("02:00:00:00:00:01");
+    QString wlan_mode = "STA";
+    QString ssid = "Home";
+    QString mac = "02:00:00:00:00:01";
     int signal = -52;
     int channelwidth = 40;
     double bitrate = 144.4;

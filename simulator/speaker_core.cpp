@@ -26,9 +26,8 @@ Speaker_Core::~Speaker_Core()
 
 bool Speaker_Core::start()
 {
-    if (running) {
+    if (running)
         return true;
-    }
     host.processor.restart();
     api.api.restart();
     bound_http_port = 0;
@@ -51,9 +50,8 @@ bool Speaker_Core::move(const QString &address)
     const bool was_running = running;
     close_ports();
     config.address = address;
-    if (!was_running) {
+    if (!was_running)
         return true;
-    }
     set_running(false); // whoever announces the speaker has to learn the new address
     if (!open_ports()) {
         close_ports();
@@ -68,9 +66,8 @@ void Speaker_Core::set_faults(const Speaker_Faults &wanted)
     faults = wanted;
     host.apply_faults();
     api.apply_faults();
-    if (running && !open_ports()) {
-        tell(QStringLiteral("!! ") + error);
-    }
+    if (running && !open_ports())
+        tell("!! " + error);
 }
 
 // Opens what should be open and closes what a fault refuses; what stands already stays.
@@ -81,27 +78,24 @@ bool Speaker_Core::open_ports()
             port.close();
             return true;
         }
-        if (port.open(config.address, number)) {
+        if (port.open(config.address, number))
             return true;
-        }
-        error = QStringLiteral("%1:%2: %3").arg(config.address).arg(number).arg(port.error());
+        error = QString("%1:%2: %3").arg(config.address).arg(number).arg(port.error());
         return false;
     };
     // A port that was free once is taken again, so that the announcement stays true.
     const quint16 http_number = bound_http_port ? bound_http_port : config.http_port;
     if (!bring(at.port, faults.at_refused, config.at_port) ||
-        !bring(host.port, faults.host_refused, config.host_port)) {
+        !bring(host.port, faults.host_refused, config.host_port))
         return false;
-    }
     if (faults.http_refused && !bound_http_port && !config.http_port) {
         api.server.open(config.address, 0); // any free port, so that there is one to refuse
         bound_http_port = api.server.port();
         api.server.close();
         return true;
     }
-    if (!bring(api.server, faults.http_refused, http_number)) {
+    if (!bring(api.server, faults.http_refused, http_number))
         return false;
-    }
     bound_http_port = api.server.listening() ? api.server.port() : http_number;
     return true;
 }
@@ -119,25 +113,22 @@ void Speaker_Core::close_ports()
 
 void Speaker_Core::depart()
 {
-    tell(QStringLiteral("-- leaves its network for \"%1\"").arg(config.ssid));
+    tell(QString("-- leaves its network for \"%1\"").arg(config.ssid));
     stop();
 }
 
 void Speaker_Core::set_running(bool now)
 {
-    if (running == now) {
+    if (running == now)
         return;
-    }
     running = now;
-    if (presence_sink) {
+    if (presence_sink)
         presence_sink(running);
-    }
     bell.ring();
 }
 
 void Speaker_Core::tell(const QString &text)
 {
-    if (event_sink) {
+    if (event_sink)
         event_sink(text);
-    }
 }

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QObject>
+#include <functional>
+
 #include "simulator/api_port.h"
 #include "simulator/at_channel.h"
 #include "simulator/host_channel.h"
 #include "simulator/speaker_config.h"
 #include "simulator/speaker_faults.h"
-
-#include <QObject>
-#include <functional>
 
 class Bell;
 class Channel_Record;

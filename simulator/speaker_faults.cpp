@@ -99,9 +99,8 @@ bool read(const QString &text, int &value)
 {
     bool ok = false;
     const int number = text.toInt(&ok);
-    if (ok) {
+    if (ok)
         value = number;
-    }
     return ok;
 }
 
@@ -115,9 +114,8 @@ template<class Value, size_t N>
 QString listed(const Word<Value> (&words)[N])
 {
     QStringList all;
-    for (const Word<Value> &word : words) {
+    for (const Word<Value> &word : words)
         all += QString::fromLatin1(word.word);
-    }
     return all.join(QLatin1Char('|'));
 }
 
@@ -143,29 +141,27 @@ QString values_of(Http_Fault F::*)
 
 QString values_of(int F::*)
 {
-    return QStringLiteral("NUMBER");
+    return "NUMBER";
 }
 
 QString values_of(QString F::*)
 {
-    return QStringLiteral("TEXT");
+    return "TEXT";
 }
 } // namespace
 
 bool set_fault(Speaker_Faults &faults, const QString &key, const QString &text, QString *error)
 {
     for (const Fault_Row &row : rows) {
-        if (key != QLatin1String(row.key)) {
+        if (key != QLatin1String(row.key))
             continue;
-        }
-        if (std::visit([&](auto field) { return read(text, faults.*field); }, row.field)) {
+        if (std::visit([&](auto field) { return read(text, faults.*field); }, row.field))
             return true;
-        }
         const QString values = std::visit([](auto field) { return values_of(field); }, row.field);
-        *error = QStringLiteral("%1 takes %2, not \"%3\"").arg(key, values, text);
+        *error = QString("%1 takes %2, not \"%3\"").arg(key, values, text);
         return false;
     }
-    *error = QStringLiteral("no fault is called \"%1\"").arg(key);
+    *error = QString("no fault is called \"%1\"").arg(key);
     return false;
 }
 
@@ -174,7 +170,7 @@ QStringList fault_help()
     QStringList all;
     for (const Fault_Row &row : rows) {
         const QString values = std::visit([](auto field) { return values_of(field); }, row.field);
-        all += QStringLiteral("%1 %2: %3").arg(QLatin1String(row.key), values, QString::fromLatin1(row.help));
+        all += QString("%1 %2: %3").arg(QLatin1String(row.key), values, QString::fromLatin1(row.help));
     }
     return all;
 }

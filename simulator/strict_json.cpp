@@ -21,12 +21,10 @@ public:
         blanks();
         value(0);
         blanks();
-        if (complaint.isEmpty() && position != text.size()) {
+        if (complaint.isEmpty() && position != text.size())
             fail("text behind the value");
-        }
-        if (complaint.isEmpty() && QString::fromUtf8(text).toUtf8() != text) {
-            complaint = QStringLiteral("no UTF-8");
-        }
+        if (complaint.isEmpty() && QString::fromUtf8(text).toUtf8() != text)
+            complaint = "no UTF-8";
         return complaint;
     }
 
@@ -35,33 +33,29 @@ private:
 
     bool fail(const char *what)
     {
-        if (complaint.isEmpty()) {
-            complaint = QStringLiteral("%1 at byte %2").arg(QLatin1String(what)).arg(position);
-        }
+        if (complaint.isEmpty())
+            complaint = QString("%1 at byte %2").arg(QLatin1String(what)).arg(position);
         return false;
     }
 
     bool take(char c)
     {
-        if (peek() != c || position >= text.size()) {
+        if (peek() != c || position >= text.size())
             return false;
-        }
         position++;
         return true;
     }
 
     void blanks()
     {
-        while (position < text.size() && strchr(" \t\n\r", peek()) && peek() != '\0') {
+        while (position < text.size() && strchr(" \t\n\r", peek()) && peek() != '\0')
             position++;
-        }
     }
 
     bool value(int depth)
     {
-        if (depth > deepest) {
+        if (depth > deepest)
             return fail("too deep");
-        }
         switch (peek()) {
         case '{':
             return members(depth, '}', true);
@@ -85,17 +79,14 @@ private:
     {
         position++;
         blanks();
-        if (take(end)) {
+        if (take(end))
             return true;
-        }
         do {
             blanks();
-            if (keyed && !key()) {
+            if (keyed && !key())
                 return false;
-            }
-            if (!value(depth + 1)) {
+            if (!value(depth + 1))
                 return false;
-            }
             blanks();
         } while (take(','));
         return take(end) || fail("missing comma or end");
@@ -103,13 +94,11 @@ private:
 
     bool key()
     {
-        if (peek() != '"' || !string()) {
+        if (peek() != '"' || !string())
             return fail("missing key");
-        }
         blanks();
-        if (!take(':')) {
+        if (!take(':'))
             return fail("missing colon");
-        }
         blanks();
         return true;
     }
@@ -118,12 +107,10 @@ private:
     {
         position++;
         while (position < text.size() && peek() != '"') {
-            if (quint8(peek()) < 0x20) {
+            if (quint8(peek()) < 0x20)
                 return fail("control character in a string");
-            }
-            if (take('\\') && !escape()) {
+            if (take('\\') && !escape())
                 return false;
-            }
             position++;
         }
         return take('"') || fail("unterminated string");
@@ -135,9 +122,8 @@ private:
         if (peek() == 'u') {
             for (int i = 0; i < 4; i++) {
                 position++;
-                if (!isxdigit(quint8(peek()))) {
+                if (!isxdigit(quint8(peek())))
                     return fail("bad escape");
-                }
             }
             return true;
         }
@@ -146,9 +132,8 @@ private:
 
     bool word(const char *whole)
     {
-        if (text.mid(position, int(qstrlen(whole))) != whole) {
+        if (text.mid(position, int(qstrlen(whole))) != whole)
             return fail("no value");
-        }
         position += int(qstrlen(whole));
         return true;
     }
@@ -156,25 +141,21 @@ private:
     bool digits()
     {
         const int start = position;
-        while (peek() >= '0' && peek() <= '9') {
+        while (peek() >= '0' && peek() <= '9')
             position++;
-        }
         return position > start || fail("no value");
     }
 
     bool number()
     {
         take('-');
-        if (!take('0') && !digits()) {
+        if (!take('0') && !digits())
             return false;
-        }
-        if (take('.') && !digits()) {
+        if (take('.') && !digits())
             return false;
-        }
         if (take('e') || take('E')) {
-            if (!take('+')) {
+            if (!take('+'))
                 take('-');
-            }
             return digits();
         }
         return true;

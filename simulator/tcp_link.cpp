@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/tcp_link.h"
 
-#include "simulator/channel_record.h"
-#include "simulator/monotonic.h"
-
 #include <QTcpSocket>
 #include <sys/socket.h>
+
+#include "simulator/channel_record.h"
+#include "simulator/monotonic.h"
 
 namespace
 {
@@ -50,9 +50,8 @@ void Tcp_Link::send(const QByteArray &bytes, int delay_ms)
 
 void Tcp_Link::send_bytewise(const QByteArray &bytes, int delay_ms, int gap_ms)
 {
-    for (int i = 0; i < bytes.size(); i++) {
+    for (int i = 0; i < bytes.size(); i++)
         enqueue(bytes.mid(i, 1), delay_ms + i * gap_ms, std::nullopt);
-    }
 }
 
 void Tcp_Link::cut_behind_output(Cut_How how)
@@ -70,9 +69,8 @@ void Tcp_Link::cut_now(Cut_How how)
 void Tcp_Link::enqueue(const QByteArray &bytes, int delay_ms, std::optional<Cut_How> cut)
 {
     qint64 due = monotonic_us() + qint64(delay_ms) * 1000;
-    if (!output.empty() && output.back().due_us > due) {
+    if (!output.empty() && output.back().due_us > due)
         due = output.back().due_us;
-    }
     output.push_back({due, bytes, cut});
     send_due();
 }
@@ -90,29 +88,25 @@ void Tcp_Link::send_due()
         socket->write(piece.bytes);
         socket->flush();
     }
-    if (!output.empty()) {
+    if (!output.empty())
         timer.start(int((output.front().due_us - monotonic_us()) / 1000 + 1));
-    }
 }
 
 void Tcp_Link::set_deaf(bool now_deaf)
 {
     deaf = now_deaf;
     socket->setReadBufferSize(deaf ? 1 : 0);
-    if (!deaf) {
+    if (!deaf)
         read();
-    }
 }
 
 void Tcp_Link::read()
 {
-    if (deaf) {
+    if (deaf)
         return;
-    }
     const QByteArray bytes = socket->readAll();
-    if (bytes.isEmpty()) {
+    if (bytes.isEmpty())
         return;
-    }
     record.moved(number, true, bytes);
     unfinished += bytes;
     take_lines();
@@ -127,7 +121,6 @@ void Tcp_Link::take_lines()
         record.line_came(number, line);
         emit line_came(this, line);
     }
-    if (unfinished.size() > longest_line) {
+    if (unfinished.size() > longest_line)
         cut_now(Cut_How::rst);
-    }
 }

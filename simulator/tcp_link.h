@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/speaker_faults.h"
-
 #include <QByteArray>
 #include <QObject>
 #include <QTimer>
 #include <deque>
 #include <optional>
+
+#include "simulator/speaker_faults.h"
 
 class Channel_Record;
 class QTcpSocket;

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/tcp_port.h"
 
-#include "simulator/channel_record.h"
-#include "simulator/tcp_link.h"
-
 #include <QHostAddress>
 #include <QTcpSocket>
+
+#include "simulator/channel_record.h"
+#include "simulator/tcp_link.h"
 
 Tcp_Port::Tcp_Port(Channel_Record &record, QObject *parent)
     : QObject(parent)
@@ -28,9 +28,8 @@ void Tcp_Port::close()
 void Tcp_Port::cut_all(Cut_How how)
 {
     const QList<Tcp_Link *> all = open_links; // each cut takes its link from the list
-    for (Tcp_Link *link : all) {
+    for (Tcp_Link *link : all)
         link->cut_now(how);
-    }
 }
 
 QString Tcp_Port::error() const

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/speaker_faults.h"
-
 #include <QByteArray>
 #include <QList>
 #include <QObject>
 #include <QString>
 #include <QTcpServer>
+
+#include "simulator/speaker_faults.h"
 
 class Channel_Record;
 class Tcp_Link;

@@ -11,7 +11,7 @@ Virtual_Speaker::Virtual_Speaker(const Speaker_Config &config)
     , host(std::make_unique<Channel_Record>(*bell))
     , at(std::make_unique<Channel_Record>(*bell))
     , http(std::make_unique<Http_Record>(*bell))
-    , thread(std::make_unique<Service_Thread>(QStringLiteral("speaker")))
+    , thread(std::make_unique<Service_Thread>("speaker"))
 {
     thread->call([&] { core = new Speaker_Core(config, *bell, *host, *at, *http); });
 }
@@ -166,11 +166,9 @@ QList<Http_Request> Virtual_Speaker::http_requests() const
 QList<Http_Request> Virtual_Speaker::http_requests(const QString &action) const
 {
     QList<Http_Request> found;
-    for (const Http_Request &request : http->requests()) {
-        if (request.action == action) {
+    for (const Http_Request &request : http->requests())
+        if (request.action == action)
             found.append(request);
-        }
-    }
     return found;
 }
 

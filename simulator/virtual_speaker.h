@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "simulator/channel_record.h"
-#include "simulator/hex_image.h"
-#include "simulator/http_message.h"
-#include "simulator/speaker_config.h"
-#include "simulator/speaker_faults.h"
-
 #include <QByteArray>
 #include <QList>
 #include <QString>
 #include <QStringList>
 #include <functional>
 #include <memory>
+
+#include "simulator/channel_record.h"
+#include "simulator/hex_image.h"
+#include "simulator/http_message.h"
+#include "simulator/speaker_config.h"
+#include "simulator/speaker_faults.h"
 
 class Speaker_Core;
 class Service_Thread;

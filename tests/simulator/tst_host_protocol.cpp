@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
+#include <QtTest>
+
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
 #include "tests/simulator/raw_client.h"
-
-#include <QtTest>
 
 // The host protocol of both kinds of speaker, row by row, as bytes on a socket.
 class tst_Host_Protocol : public QObject
@@ -161,7 +161,7 @@ void tst_Host_Protocol::a_command_sets_its_value()
     QFETCH(QString, letters);
     QFETCH(QString, value);
     Speaker_Config config = config_of(type);
-    config.values.insert(letters, QStringLiteral("?"));
+    config.values.insert(letters, QString("?"));
     Virtual_Speaker speaker(config);
     QVERIFY(speaker.start());
     Raw_Client client;
@@ -224,7 +224,7 @@ void tst_Host_Protocol::a_bad_command_is_refused()
     client.send(command);
     QVERIFY(speaker.wait_until([&] { return !speaker.host_complaints().isEmpty(); }));
     QCOMPARE(speaker.host_complaints(),
-             QStringList(QString::fromLatin1(command.chopped(1)) + QStringLiteral(": ") + reason));
+             QStringList(QString::fromLatin1(command.chopped(1)) + QString(": ") + reason));
     QCOMPARE(speaker.config().values, before);
 }
 
@@ -251,7 +251,7 @@ void tst_Host_Protocol::the_type_code_needs_its_argument()
 void tst_Host_Protocol::the_cell_letter_is_told()
 {
     Speaker_Config config = config_of(air);
-    config.cell = QStringLiteral("W");
+    config.cell = QString("W");
     Virtual_Speaker speaker(config);
     QVERIFY(speaker.start());
     Raw_Client client;
@@ -267,7 +267,7 @@ void tst_Host_Protocol::an_unknown_query_has_status_01()
     QVERIFY(client.open(speaker.address(), 8990));
     // A subwoofer is asked for its input under other letters.
     QCOMPARE(client.ask("RZ?IN\n"), QByteArray("RZ#01\r"));
-    QCOMPARE(speaker.host_complaints(), QStringList(QStringLiteral("RZ?IN: unknown query")));
+    QCOMPARE(speaker.host_complaints(), QStringList(QString("RZ?IN: unknown query")));
 }
 
 void tst_Host_Protocol::beeps_and_pings_are_counted()
@@ -279,7 +279,7 @@ void tst_Host_Protocol::beeps_and_pings_are_counted()
     client.send("RZ!BI1\nRZ!PI\nRZ!PI\n");
     QVERIFY(speaker.wait_until([&] { return speaker.pings() == 2; }));
     QCOMPARE(speaker.beeps(), 1);
-    QCOMPARE(speaker.value(QStringLiteral("BI")), QStringLiteral("1"));
+    QCOMPARE(speaker.value(QString("BI")), QString("1"));
 }
 
 void tst_Host_Protocol::frames_split_and_joined_are_the_same()
@@ -353,7 +353,7 @@ void tst_Host_Protocol::clearing_the_record_keeps_the_values()
     QCOMPARE(speaker.host_lines(), QList<QByteArray>());
     QCOMPARE(speaker.host_bytes(), QByteArray());
     QCOMPARE(speaker.host_complaints(), QStringList());
-    QCOMPARE(speaker.value("vo"), QStringLiteral("11"));
+    QCOMPARE(speaker.value("vo"), QString("11"));
     QCOMPARE(speaker.host_connections().open, 1);
 }
 

@@ -78,19 +78,20 @@ public:
         avahi_threaded_poll_free(poll);
     }
 
-    void announce(const Speaker_Config &speaker, quint16 http_port)
+    void announce(const QString &key, const Speaker_Config &speaker, quint16 http_port)
     {
         const Lock lock(poll);
-        drop_group(entries[speaker.name]);
-        entries[speaker.name] = {speaker, http_port, nullptr, false};
-        publish(entries[speaker.name]);
+        Entry &entry = entries[key];
+        drop_group(entry);
+        entry = {speaker, http_port, nullptr, false};
+        publish(entry);
         count_waiting();
     }
 
-    void withdraw(const QString &name)
+    void withdraw(const QString &key)
     {
         const Lock lock(poll);
-        const auto found = entries.find(name);
+        const auto found = entries.find(key);
         if (found == entries.end())
             return;
         drop_group(*found);
@@ -156,8 +157,10 @@ private:
             if (entry.established)
                 session->say(
                     QString("announced \"%1\" at %2").arg(entry.speaker.name, entry.speaker.address));
-            else if (state == AVAHI_ENTRY_GROUP_COLLISION || state == AVAHI_ENTRY_GROUP_FAILURE)
-                session->say(QString("cannot announce \"%1\": the name is taken").arg(entry.speaker.name));
+            else if (state == AVAHI_ENTRY_GROUP_COLLISION)
+                session->say_failure(entry, "the name is taken");
+            else if (state == AVAHI_ENTRY_GROUP_FAILURE)
+                session->say_failure(entry, avahi_strerror(avahi_client_errno(session->client)));
         }
         session->count_waiting();
     }
@@ -169,7 +172,7 @@ private:
         entry.group = avahi_entry_group_new(client, group_changed, this);
         const int error = entry.group ? fill_group(entry.group, entry) : avahi_client_errno(client);
         if (error != AVAHI_OK)
-            say(QString("cannot announce \"%1\": %2").arg(entry.speaker.name, avahi_strerror(error)));
+            say_failure(entry, avahi_strerror(error));
     }
 
     void drop_group(Entry &entry)
@@ -199,6 +202,11 @@ private:
         changed.notify_all();
     }
 
+    void say_failure(const Entry &entry, const char *why) const
+    {
+        say(QString("cannot announce \"%1\": %2").arg(entry.speaker.name, why));
+    }
+
     void say(const QString &text) const
     {
         if (sink)
@@ -208,7 +216,7 @@ private:
     const std::function<void(const QString &)> sink;
     AvahiThreadedPoll *poll;
     AvahiClient *client = nullptr;
-    QMap<QString, Entry> entries; // by speaker name
+    QMap<QString, Entry> entries; // by the caller's keys
     std::mutex mutex;
     std::condition_variable changed;
     int waiting = 0;
@@ -221,14 +229,14 @@ Announcer::Announcer(const std::function<void(const QString &)> &sink)
 
 Announcer::~Announcer() = default;
 
-void Announcer::announce(const Speaker_Config &speaker, quint16 http_port)
+void Announcer::announce(const QString &key, const Speaker_Config &speaker, quint16 http_port)
 {
-    session->announce(speaker, http_port);
+    session->announce(key, speaker, http_port);
 }
 
-void Announcer::withdraw(const QString &name)
+void Announcer::withdraw(const QString &key)
 {
-    session->withdraw(name);
+    session->withdraw(key);
 }
 
 bool Announcer::wait_until_established(int timeout_ms) const

@@ -127,17 +127,16 @@ void Api_Port::send(const QPointer<Http_Connection> &connection, const Http_Repl
                     int delay_ms)
 {
     const auto now = [this, connection, reply, leaving] {
-        if (!connection)
-            return;
-        emit event(QString("-> %1 %2").arg(reply.status).arg(readable(reply.body)));
-        if (!leaving) {
-            connection->send(reply);
-            return;
+        if (connection) {
+            emit event(QString("-> %1 %2").arg(reply.status).arg(readable(reply.body)));
+            Http_Reply last = reply;
+            last.close = reply.close || leaving; // so that the answer is out before the speaker is
+            if (leaving)
+                connect(connection, &QObject::destroyed, this, &Api_Port::departed, Qt::QueuedConnection);
+            connection->send(last);
+        } else if (leaving) { // whoever asked did not wait for the answer
+            emit departed();
         }
-        Http_Reply last = reply;
-        last.close = true; // so that the answer is out before the speaker is
-        connect(connection, &Http_Connection::closed, this, &Api_Port::departed, Qt::QueuedConnection);
-        connection->send(last);
     };
     if (delay_ms > 0)
         QTimer::singleShot(delay_ms, this, now);

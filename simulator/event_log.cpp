@@ -16,7 +16,7 @@ bool Event_Log::open_file(const QString &path)
 
 QString Event_Log::error() const
 {
-    return file.errorString();
+    return file.fileName() + ": " + file.errorString();
 }
 
 void Event_Log::event(const QString &who, const QString &what)

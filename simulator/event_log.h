@@ -7,7 +7,8 @@
 #include <mutex>
 
 // One readable line for each event: seconds since the start, who, what. Written at once to standard output,
-// and to a file where one is named. Any thread.
+// and to a file where one is named; what cannot be written is lost without a word. Any thread, but for
+// open_file, which comes before all else.
 class Event_Log
 {
 public:
@@ -22,5 +23,5 @@ public:
 private:
     QElapsedTimer clock;
     QFile file;
-    std::mutex mutex;
+    std::mutex mutex; // guards both outputs
 };

@@ -123,6 +123,14 @@ QStringList Hex_Image::complaints() const
     return said;
 }
 
+QString Hex_Image::summary() const
+{
+    const char *verdict = whole()    ? "the image is whole"
+                          : end_seen ? "the image is not whole"
+                                     : "the image is not whole, its end is missing";
+    return QString("%1 lines, %2 bad, %3 bytes: %4").arg(taken).arg(bad()).arg(image.size()).arg(verdict);
+}
+
 QByteArray Hex_Image::data() const
 {
     QByteArray all;

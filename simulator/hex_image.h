@@ -18,6 +18,7 @@ public:
     int lines() const;                 // all, good and bad
     int bad() const;                   // bad ones
     QStringList complaints() const;    // "line 3: checksum 0x1F, expected 0x20"
+    QString summary() const;           // "500 lines, 0 bad, 7984 bytes: the image is whole"
     QByteArray data() const;           // the bytes of all good data records in order of their addresses
     QMap<quint32, char> bytes() const; // the same with their addresses
 

@@ -20,8 +20,7 @@ Host_Channel::Host_Channel(Speaker_Config &config, Speaker_Faults &faults, Chann
 {
     connect(&port, &Tcp_Port::opened, this, &Host_Channel::link_opened);
     connect(&port, &Tcp_Port::line_came, this, &Host_Channel::take);
-    connect(&port, &Tcp_Port::closed, this,
-            [this](Tcp_Link *link) { emit event(QString("-- host link %1 closed").arg(link->id())); });
+    connect(&port, &Tcp_Port::closed, this, &Host_Channel::link_closed);
 }
 
 void Host_Channel::apply_faults()
@@ -45,6 +44,13 @@ void Host_Channel::link_opened(Tcp_Link *link)
         link->set_deaf(true);
 }
 
+void Host_Channel::link_closed(Tcp_Link *link)
+{
+    emit event(QString("-- host link %1 closed").arg(link->id()));
+    if (processor.flashing)
+        emit event("-- flash still open: " + processor.image.summary());
+}
+
 void Host_Channel::take(Tcp_Link *link, const QByteArray &line)
 {
     emit event("<- " + readable(line));
@@ -55,10 +61,7 @@ void Host_Channel::take(Tcp_Link *link, const QByteArray &line)
         return;
     }
     const bool shaped = kind == Host_Processor::Line::query && !processor.raw_reply(line);
-    const int known_complaints = processor.complaints.size();
-    QByteArray frame = processor.take(line);
-    for (int i = known_complaints; i < processor.complaints.size(); i++)
-        emit event("!! " + processor.complaints.at(i));
+    QByteArray frame = carry_out(line);
     if (kind == Host_Processor::Line::command && faults.host_answers_commands)
         frame = command_answer;
     emit changed();
@@ -68,6 +71,20 @@ void Host_Channel::take(Tcp_Link *link, const QByteArray &line)
     }
     if (cut_due(Cut::after) || cut_due(Cut::within))
         cut(link);
+}
+
+QByteArray Host_Channel::carry_out(const QByteArray &line)
+{
+    const int known_complaints = processor.complaints.size();
+    const bool was_flashing = processor.flashing;
+    const QByteArray frame = processor.take(line);
+    for (int i = known_complaints; i < processor.complaints.size(); i++)
+        emit event("!! " + processor.complaints.at(i));
+    if (processor.flashing && !was_flashing)
+        emit event("-- flash mode");
+    if (was_flashing && !processor.flashing)
+        emit event("-- flash ended: " + processor.image.summary());
+    return frame;
 }
 
 void Host_Channel::answer(Tcp_Link *link, QByteArray frame, bool shaped, int delay_ms)

@@ -32,6 +32,8 @@ signals:
 
 private:
     void link_opened(Tcp_Link *link);
+    void link_closed(Tcp_Link *link);
+    QByteArray carry_out(const QByteArray &line); // as Host_Processor::take, and tells what came of it
     void take(Tcp_Link *link, const QByteArray &line);
     void answer(Tcp_Link *link, QByteArray frame, bool shaped, int delay_ms);
     QByteArray shape(QByteArray frame) const;

@@ -111,7 +111,7 @@ bool Host_Processor::store(const Host_Command &command, const QByteArray &argume
         if (!argument.isEmpty())
             return complain(frame, "takes no argument");
     } else if (strcmp(command.format, "%c") == 0) {
-        if (argument.size() != 1 || (value && !strchr(value->allowed, argument.at(0))))
+        if (argument.size() != 1 || (value && !QByteArray(value->allowed).contains(argument.at(0))))
             return complain(frame, "no letter of this value");
     } else {
         const int number = argument.trimmed().toInt();

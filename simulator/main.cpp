@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
+//
+// virelo-sim: the speakers of a scene, alive until it is told to end. Exit code 0 after "quit", the end of
+// the input or a signal that asks for the end; 1 if the speakers cannot be; 2 if it was called wrongly.
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QSocketNotifier>
@@ -13,8 +17,8 @@
 
 namespace
 {
-constexpr int usage_error = 2;
 constexpr int start_error = 1;
+constexpr int usage_error = 2;
 
 int signal_pipe[2];
 
@@ -24,6 +28,7 @@ extern "C" void end_asked(int)
     [[maybe_unused]] const ssize_t written = write(signal_pipe[1], &byte, 1);
 }
 
+// A signal handler may do next to nothing; the byte that it writes ends the event loop.
 void watch_signals(QCoreApplication &application)
 {
     if (pipe(signal_pipe) != 0)
@@ -35,15 +40,15 @@ void watch_signals(QCoreApplication &application)
     std::signal(SIGPIPE, SIG_IGN);
 }
 
-// Commands come as they are typed or piped in. The end of the input ends the program only if there was any:
-// started with an empty input, as in the background, it goes on.
+// Commands come as they are typed or piped in. The end of the input ends the program only if there was any,
+// or if somebody types: started with an empty input, as in the background, it goes on.
 class Command_Input : public QObject
 {
 public:
-    Command_Input(Sim_Console &console, QObject *parent)
-        : QObject(parent)
-        , console(console)
+    explicit Command_Input(Sim_Console &console)
+        : console(console)
         , notifier(STDIN_FILENO, QSocketNotifier::Read)
+        , awaited(isatty(STDIN_FILENO) != 0)
     {
         connect(&notifier, &QSocketNotifier::activated, this, [this] { read_some(); });
     }
@@ -53,24 +58,26 @@ private:
     {
         char buffer[4096];
         const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);
-        if (count <= 0) {
+        if (count > 0) {
+            awaited = true;
+            text.append(buffer, static_cast<int>(count));
+        } else {
             notifier.setEnabled(false);
-            if (any)
-                emit console.quit_asked();
-            return;
+            text.append('\n'); // the last line may lack its end
         }
-        any = true;
-        text.append(buffer, static_cast<int>(count));
         for (int end = text.indexOf('\n'); end >= 0; end = text.indexOf('\n')) {
-            console.obey(QString::fromUtf8(text.left(end)));
+            const QString line = QString::fromUtf8(text.left(end));
             text.remove(0, end + 1);
+            console.obey(line);
         }
+        if (count <= 0 && awaited)
+            QCoreApplication::quit();
     }
 
     Sim_Console &console;
     QSocketNotifier notifier;
     QByteArray text;
-    bool any = false;
+    bool awaited;
 };
 
 int fail(int code, const QString &why)
@@ -79,42 +86,68 @@ int fail(int code, const QString &why)
     return code;
 }
 
+int print(const QStringList &lines)
+{
+    for (const QString &line : lines)
+        std::printf("%s\n", line.toUtf8().constData());
+    return 0;
+}
+
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(
-        QString(
-            "Virtual VIRELO Air speakers that speak the real protocols: the host protocol on TCP 8990 and "
-            "8991,\n"
-            "the JSON API over HTTP, and announcements by DNS-SD. Each stands on a loopback address of its "
-            "own.\n"
-            "One line is printed for each event. A scene is a JSON file that lists the speakers.\n\n"
-            "Commands on standard input, one a line:\n  ") +
-        Sim_Console::help().join("\n  "));
-    parser.addHelpOption();
-    parser.addVersionOption();
+        "\nVirtual VIRELO Air speakers. Each stands on a loopback address of its own and speaks the real\n"
+        "protocols: the host protocol on TCP 8990 and 8991, the JSON API over HTTP, announcements by "
+        "DNS-SD.\n"
+        "What happens to them is printed, one line an event; \"ready\" stands there once all are up.");
     parser.addOptions({
-        {"scene", "Name of a scene that comes along, or the path of a file.", "scene", "home"},
-        {"list-scenes", "Print the names of the scenes that come along."},
-        {"no-announce", "Do not announce the speakers."},
-        {"log", "Write the events to this file too.", "file"},
+        {{"h", "help"}, "Print this."},
+        {{"v", "version"}, "Print the version."},
+        {"scene", "Which speakers: the name of a scene that comes along, or the path of a file.", "scene",
+         "home"},
+        {"list-scenes", "Print the scenes that come along."},
+        {"list-keys", "Print the keys of a scene file."},
+        {"list-faults", "Print the faults that a speaker can be given."},
+        {"no-announce", "Do not announce the speakers; no DNS-SD daemon is needed then."},
+        {"log", "Write what is printed to this file too.", "file"},
     });
 }
-} // namespace
 
-int main(int argc, char *argv[])
+QStringList scene_list()
 {
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName("virelo-sim");
-    QCoreApplication::setApplicationVersion(VIRELO_VERSION);
-    QCommandLineParser parser;
-    describe(parser);
-    parser.process(application);
-
-    Event_Log log;
-    if (parser.isSet("list-scenes")) {
-        log.line(scene_names().join(QLatin1Char('\n')));
-        return 0;
+    QStringList lines;
+    for (const QString &name : scene_names()) {
+        Scene scene;
+        QString error;
+        load_scene(name, scene, &error);
+        lines += name.leftJustified(14) + ' ' + scene.about;
     }
+    return lines;
+}
+
+QStringList help(const QCommandLineParser &parser)
+{
+    const QString indent = "  ";
+    QStringList lines = {parser.helpText(), "Scenes that come along:"};
+    for (const QString &line : scene_list())
+        lines += indent + line;
+    lines += {"", "Commands on standard input, one a line; a NAME with blanks stands in double quotes:"};
+    for (const QString &line : Sim_Console::help())
+        lines += indent + line;
+    lines += {
+        "",
+        "To try the application on them, without a packet on your network, in the source tree:",
+        "  scripts/lab -- bash -c 'build/release/simulator/virelo-sim & build/release/VireloApp'",
+        "To type commands to speakers that nobody sees announced:",
+        "  virelo-sim --no-announce --scene group",
+        "  fault \"Salon links\" http error-page",
+    };
+    return lines;
+}
+
+int run(QCoreApplication &application, const QCommandLineParser &parser)
+{
+    Event_Log log;
     if (parser.isSet("log") && !log.open_file(parser.value("log")))
         return fail(usage_error, log.error());
     Scene scene;
@@ -130,6 +163,30 @@ int main(int argc, char *argv[])
 
     Sim_Console console(house, log);
     QObject::connect(&console, &Sim_Console::quit_asked, &application, &QCoreApplication::quit);
-    const Command_Input input(console, nullptr);
+    const Command_Input input(console);
     return QCoreApplication::exec();
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName("virelo-sim");
+    QCommandLineParser parser;
+    describe(parser);
+    if (!parser.parse(QCoreApplication::arguments()))
+        return fail(usage_error, parser.errorText());
+    if (!parser.positionalArguments().isEmpty())
+        return fail(usage_error, "it takes options only; --help lists them");
+    if (parser.isSet("help"))
+        return print(help(parser));
+    if (parser.isSet("version"))
+        return print({"virelo-sim " VIRELO_VERSION});
+    if (parser.isSet("list-scenes"))
+        return print(scene_list());
+    if (parser.isSet("list-keys"))
+        return print(scene_help());
+    if (parser.isSet("list-faults"))
+        return print(fault_help());
+    return run(application, parser);
 }

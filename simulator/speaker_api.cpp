@@ -3,6 +3,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <algorithm>
 #include <initializer_list>
 
 #include "simulator/strict_json.h"
@@ -57,6 +58,13 @@ QJsonValue member_of(const QJsonObject &object, const char *name)
     return value;
 }
 
+bool is_list_of_texts(const QJsonValue &value)
+{
+    const QJsonArray list = value.toArray();
+    return value.isArray() &&
+           std::all_of(list.begin(), list.end(), [](const QJsonValue &v) { return v.isString(); });
+}
+
 Http_Reply json_reply(const QJsonObject &object)
 {
     Http_Reply reply;
@@ -89,7 +97,7 @@ const Speaker_Api::Action *Speaker_Api::find_action(const QString &path, const Q
         {wifi_path, "addstaticnetwork",
          {{"ssid", String}, {"psk", String}, {"inet/address", String}, {"inet/netmask", String},
           {"inet/broadcast", String}, {"inet/gateway", String}},
-         &Speaker_Api::add_network},
+         &Speaker_Api::add_static_network},
         {wifi_path, "selectnetwork", {{"id", Number}}, &Speaker_Api::select_network},
         {sender_path, "status", {}, &Speaker_Api::sender_status},
         {sender_path, "enable", {{"groupname", String}, {"mode", Number}}, &Speaker_Api::sender_enable},
@@ -242,6 +250,16 @@ QJsonObject Speaker_Api::add_network(const QJsonObject &object)
     QJsonObject outcome = success();
     outcome.insert("id", last_network_id);
     return outcome;
+}
+
+// "dns" may be left out; where it is, both of its lists are.
+QJsonObject Speaker_Api::add_static_network(const QJsonObject &object)
+{
+    for (const char *list : {"dns/domains", "dns/nameservers"}) {
+        if (object.contains("dns") && !is_list_of_texts(member_of(object, list)))
+            return failure(QString("bad member ") + list);
+    }
+    return add_network(object);
 }
 
 QJsonObject Speaker_Api::select_network(const QJsonObject &object)

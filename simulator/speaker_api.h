@@ -42,6 +42,7 @@ private:
     QJsonObject network_info(const QJsonObject &object);
     QJsonObject wifi_scan(const QJsonObject &object);
     QJsonObject add_network(const QJsonObject &object);
+    QJsonObject add_static_network(const QJsonObject &object);
     QJsonObject select_network(const QJsonObject &object);
     QJsonObject sender_status(const QJsonObject &object);
     QJsonObject sender_enable(const QJsonObject &object);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/speaker_core.h"
 
+#include <QHostAddress>
+
 #include "simulator/bell.h"
 
 Speaker_Core::Speaker_Core(const Speaker_Config &start_config, Bell &bell, Channel_Record &host_record,
@@ -30,13 +32,8 @@ bool Speaker_Core::start()
         return true;
     host.processor.restart();
     api.api.restart();
-    bound_http_port = 0;
-    if (!open_ports()) {
-        close_ports();
-        return false;
-    }
-    set_running(true);
-    return true;
+    set_running(settle(config.address, 0));
+    return running;
 }
 
 void Speaker_Core::stop()
@@ -47,18 +44,34 @@ void Speaker_Core::stop()
 
 bool Speaker_Core::move(const QString &address)
 {
-    const bool was_running = running;
-    close_ports();
-    config.address = address;
-    if (!was_running)
-        return true;
-    set_running(false); // whoever announces the speaker has to learn the new address
-    if (!open_ports()) {
-        close_ports();
+    if (QHostAddress(address).protocol() != QAbstractSocket::IPv4Protocol) {
+        error = QString("\"%1\" is no address").arg(address);
         return false;
     }
-    set_running(true);
-    return true;
+    const QString old_address = config.address;
+    const quint16 old_http_port = bound_http_port;
+    if (!running) {
+        config.address = address;
+        return true;
+    }
+    close_ports();
+    set_running(false); // whoever announces the speaker has to learn the new address
+    const bool moved = settle(address, old_http_port) || settle(address, 0);
+    const QString why = error;
+    set_running(moved || settle(old_address, old_http_port));
+    error = why;
+    return moved;
+}
+
+// All ports or none. http_port is the one to take if the configuration names none; 0: any free one.
+bool Speaker_Core::settle(const QString &address, quint16 http_port)
+{
+    config.address = address;
+    bound_http_port = http_port;
+    if (open_ports())
+        return true;
+    close_ports();
+    return false;
 }
 
 void Speaker_Core::set_faults(const Speaker_Faults &wanted)

@@ -42,6 +42,7 @@ public:
     std::function<void(bool)> presence_sink;
 
 private:
+    bool settle(const QString &address, quint16 http_port);
     bool open_ports();
     void close_ports();
     void depart();

@@ -170,7 +170,7 @@ QStringList fault_help()
     QStringList all;
     for (const Fault_Row &row : rows) {
         const QString values = std::visit([](auto field) { return values_of(field); }, row.field);
-        all += QString("%1 %2: %3").arg(QLatin1String(row.key), values, QString::fromLatin1(row.help));
+        all += QString("%1 %2 (%3)").arg(QString(row.key).leftJustified(21), row.help, values);
     }
     return all;
 }

@@ -46,8 +46,10 @@ public:
 
     QString address() const;
     quint16 http_port() const; // the bound one; 0 while stopped
-    bool set_address(
-        const QString &address); // moves a running speaker: links are cut, the HTTP port stays if free
+    // Moves a running speaker: links are cut, the HTTP port stays if it is free there. False, with the reason
+    // in error(), if that is no IPv4 address or the ports are taken there: then the speaker is back where it
+    // was.
+    bool set_address(const QString &address);
 
     // State. Values are plain text as answers carry them: "37", "-5", "W". Keys are the two letters under
     // which the value is read; mute and lock are "MO" and "LO". Unknown letters read as a null text.

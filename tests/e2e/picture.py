@@ -7,6 +7,7 @@ import sys
 import road
 
 ROWS = 6
+HEADER = 30
 
 
 def main():
@@ -16,6 +17,10 @@ def main():
         try:
             road.await_condition(lambda: len(program.rows()) == ROWS,
                                  lambda: f"{ROWS} speakers are found; on the screen:\n{program.screen()}")
+            window, tree = program.main_window(), program.tree()
+            all_rows = sum(row["h"] for row in tree["rows"]) + HEADER
+            program.resize(window["w"], window["h"] - tree["h"] + all_rows)
+            road.await_condition(lambda: program.tree()["h"] >= all_rows, "the tree shows all rows")
             program.picture(target)
             program.press_quit()
             program.check_end()

@@ -54,6 +54,13 @@ class Display:
             cls._running = cls()
         return cls._running.display
 
+    @classmethod
+    def end(cls):
+        if cls._running:
+            cls._running.process.terminate()
+            cls._running.process.wait()
+            cls._running = None
+
     def __init__(self):
         self.display = f":{random.SystemRandom().randrange(1000, 50000)}"
         ready, done = os.pipe()
@@ -74,16 +81,22 @@ class Output:
         self._lines = []
         self._changed = threading.Condition()
         self._ended = False
-        threading.Thread(target=self._read, args=[stream], daemon=True).start()
+        self._reader = threading.Thread(target=self._read, args=[stream], daemon=True)
+        self._reader.start()
 
     def _read(self, stream):
         for line in stream:
             with self._changed:
                 self._lines.append(line.rstrip("\n"))
                 self._changed.notify_all()
+        stream.close()
         with self._changed:
             self._ended = True
             self._changed.notify_all()
+
+    def join(self):
+        """Until the process has closed its end."""
+        self._reader.join(PATIENCE)
 
     def lines(self, start=0):
         with self._changed:
@@ -108,6 +121,126 @@ class Output:
                     raise AssertionError(f"no line with {pattern!r} among:\n" + "\n".join(self._lines[start:]))
 
 
+class Speakers:
+    """The virtual speakers of a scene: one that comes along by its name, or one given as a dictionary.
+
+    All they do stands in `output`, a line an event; see virelo-sim --help.
+    """
+
+    def __init__(self, scene):
+        if isinstance(scene, str):
+            self.scene = scene
+        else:
+            file, self.scene = tempfile.mkstemp(suffix=".json", dir=os.environ["VIRELO_LAB_DIR"])
+            with os.fdopen(file, "w", encoding="utf-8") as stream:
+                json.dump(scene, stream)
+
+    def __enter__(self):
+        self.process = subprocess.Popen([os.environ["VIRELO_SIM"], "--scene", self.scene], stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, encoding="utf-8", bufsize=1)
+        self.output = Output(self.process.stdout)
+        self.output.await_line(r"^ready$")
+        return self
+
+    def __exit__(self, kind, value, trace):
+        self.process.terminate()
+        code = self.process.wait(PATIENCE)
+        self.process.stdin.close()
+        self.output.join()
+        if kind is None and code != 0:
+            raise AssertionError(f"virelo-sim ended with {code}")
+
+    def do(self, *words):
+        """One command; returns once it has taken effect."""
+        start = self.output.count()
+        self.process.stdin.write(" ".join(f'"{word}"' if " " in word else word for word in words) + "\n")
+        line = self.output.await_line(r"^(ok$|\? )", start)
+        if line != "ok":
+            raise AssertionError(f"{words}: {line}")
+
+    def events(self, name, start=0):
+        """The texts of what happened to the speaker of that name, from line `start` on."""
+        found = []
+        for line in self.output.lines(start):
+            match = re.fullmatch(r" *\d+\.\d{3} (.{20,})", line)
+            if match and match[1].startswith(name.ljust(20) + "  "):
+                found.append(match[1][max(len(name), 20) + 2:])
+        return found
+
+    def await_event(self, name, text, start=0):
+        await_condition(lambda: text in self.events(name, start),
+                        lambda: f"{text!r} is among the events of {name!r}: {self.events(name, start)}")
+
+    def received(self, name, start=0):
+        """The host lines that reached the speaker, without their line feed."""
+        return [text[3:] for text in self.events(name, start) if text.startswith("<- RZ")]
+
+
+class Wire:
+    """Listens to the lab's one network device, for tests that compare bytes with bytes."""
+
+    _ipv4 = 0x0800  # bound to one protocol, a packet socket shows each packet once: as it comes in
+
+    def __init__(self):
+        self._socket = socket.socket(socket.AF_PACKET, socket.SOCK_RAW, socket.htons(self._ipv4))
+        self._socket.setsockopt(socket.SOL_SOCKET, socket.SO_RCVBUF, 8 << 20)
+        self._socket.bind(("lo", self._ipv4))
+        self._socket.setblocking(False)
+        self._streams = {}  # (address, port) of the receiver -> {(sender, sequence number): bytes}
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, value, trace):
+        self._socket.close()
+
+    def _take(self):
+        with contextlib.suppress(BlockingIOError):
+            while True:
+                packet = self._socket.recv(70000)[14:]
+                if packet[9] != socket.IPPROTO_TCP:
+                    continue
+                header = (packet[0] & 15) * 4
+                segment = packet[header:int.from_bytes(packet[2:4], "big")]
+                payload = segment[(segment[12] >> 4) * 4:]
+                if payload:
+                    receiver = (socket.inet_ntoa(packet[16:20]), int.from_bytes(segment[2:4], "big"))
+                    sender = (packet[12:16], segment[0:2], segment[4:8])
+                    self._streams.setdefault(receiver, {})[sender] = payload
+
+    def bytes_to(self, address, port):
+        """All bytes that were sent there since the wire is listened to, each once, in order."""
+        self._take()
+        return b"".join(self._streams.get((address, port), {}).values())
+
+    def await_bytes(self, address, port, ending):
+        await_condition(lambda: self.bytes_to(address, port).endswith(ending),
+                        lambda: f"{ending!r} was sent last to {address}:{port}: {self.bytes_to(address, port)[-200:]!r}")
+
+
+class Black_Hole:
+    """An address and port where a connection is neither taken nor refused: its queue is full, and nobody empties it."""
+
+    def __init__(self, address, port):
+        self._listener = socket.socket()
+        self._listener.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
+        self._listener.bind((address, port))
+        self._listener.listen(0)
+        self._fillers = []
+        for _ in range(4):
+            filler = socket.socket()
+            filler.setblocking(False)
+            filler.connect_ex((address, port))
+            self._fillers.append(filler)
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, kind, value, trace):
+        for each in [self._listener, *self._fillers]:
+            each.close()
+
+
 class Avahi:
     """The lab's DNS-SD daemon."""
 
@@ -129,6 +262,13 @@ class Avahi:
 
     def resume(self):
         self._do("continue")
+
+    def restore(self):
+        """However a test left it: it serves."""
+        if pathlib.Path(os.environ["VIRELO_LAB_AVAHI_PID"]).exists():
+            self.resume()
+        else:
+            self.start()
 
 
 class Probe:
@@ -165,6 +305,7 @@ class Probe:
         return answer
 
     def close(self):
+        self._file.close()
         self._socket.close()
 
 
@@ -272,7 +413,29 @@ class Program:
     def click_button(self, text, **wanted):
         self.click(self.one("QPushButton", text=text, **wanted))
 
+    def resize(self, width, height):
+        self.probe.ask("resize", widget=self.main_window()["widget"], w=width, h=height)
+
+    def picture(self, path):
+        self.probe.ask("grab", widget=self.main_window()["widget"], file=str(path))
+
+    def scroll_to_row(self, name):
+        """By clicks beside the handle of the scroll bar, as long as the row's middle is out of sight."""
+        for _ in range(50):
+            tree, row = self.tree(), self.row(name)
+            view = self.one("QWidget", parent=tree["widget"], name="qt_scrollarea_viewport")
+            middle = row["y"] + row["h"] // 2
+            if view["y"] <= middle < view["y"] + view["h"]:
+                return
+            bar = [bar for bar in self.widgets("QScrollBar", window=tree["window"])
+                   if bar["h"] > bar["w"] and bar["x"] >= tree["x"]][0]
+            edge = 2 * bar["w"]  # past the arrow
+            y = bar["y"] + edge if middle < view["y"] else bar["y"] + bar["h"] - edge
+            self.probe.ask("click", widget=bar["widget"], x=bar["x"] + bar["w"] // 2, y=y)
+        raise AssertionError(f"the row {name!r} cannot be brought into sight")
+
     def click_row(self, name):
+        self.scroll_to_row(name)
         self.click_at(self.tree(), self.row(name))
 
     def click_tab(self, title):
@@ -381,6 +544,9 @@ class Road_Test(unittest.TestCase):
         self.scratch = pathlib.Path(os.environ["VIRELO_LAB_DIR"])
         self.avahi = Avahi()
 
+    def speakers(self, scene="home"):
+        return Speakers(scene)
+
     @contextlib.contextmanager
     def program(self, **options):
         program = Program(self.scratch, **options)
@@ -402,4 +568,7 @@ class Road_Test(unittest.TestCase):
 def main():
     if not os.environ.get("VIRELO_LAB"):
         raise SystemExit("road tests run inside scripts/lab; ctest does that")
-    unittest.main(verbosity=2)
+    try:
+        unittest.main(verbosity=2)
+    finally:
+        Display.end()

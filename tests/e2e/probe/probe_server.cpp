@@ -101,7 +101,19 @@ QJsonObject Probe_Server::answer(const QJsonObject &request)
         return {{"ok", true}, {"latest", lateness.latest()}, {"worst", lateness.take_worst()}};
     if (what == "grab")
         return grab(request);
+    if (what == "resize")
+        return resize(request);
     return failure("unknown request: " + what);
+}
+
+// As a user draws at the edge of the window.
+QJsonObject Probe_Server::resize(const QJsonObject &request)
+{
+    QWidget *widget = reader.widget(request.value("widget").toInt());
+    if (!widget || !widget->isWindow())
+        return failure("there is no such window");
+    widget->resize(request.value("w").toInt(), request.value("h").toInt());
+    return {{"ok", true}};
 }
 
 QJsonObject Probe_Server::grab(const QJsonObject &request)

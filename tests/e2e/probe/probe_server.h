@@ -34,6 +34,7 @@ private:
     void serve_next();
     void deliver(const QJsonObject &request, QWidget *widget);
     QJsonObject answer(const QJsonObject &request);
+    QJsonObject resize(const QJsonObject &request);
     QJsonObject grab(const QJsonObject &request);
 
     struct Line {

@@ -11,6 +11,12 @@
 #include "zeroconf/qzeroconf.h"
 #include "zeroconf/qzeroconfprivate.h"
 
+namespace
+{
+// The length byte counts as signed: above this it is negative, and the record makes no sense from there on.
+constexpr int longest_txt_string = 127;
+} // namespace
+
 Resolver::Resolver(QZeroConfPrivate *engine, const QZeroConfService &service)
     : QObject(engine)
     , zcs(service)
@@ -144,8 +150,8 @@ void parse_txt_record(const unsigned char *record, quint16 size, QMap<QByteArray
 {
     int remaining = size;
     while (remaining > 0) {
-        const int length = static_cast<qint8>(*record);
-        if (length < 0 || length >= remaining)
+        const int length = *record;
+        if (length > longest_txt_string || length >= remaining)
             return;
         const QList<QByteArray> parts =
             QByteArray(reinterpret_cast<const char *>(record + 1), length).split('=');

@@ -64,7 +64,7 @@ void tst_QZeroConfService::a_new_record_is_empty()
 void tst_QZeroConfService::copies_refer_to_one_record()
 {
     const QZeroConfService service = kitchen();
-    const QZeroConfService copy = service;
+    const QZeroConfService copy = service; // NOLINT(performance-unnecessary-copy-initialization)
     service->ip = QHostAddress("127.0.0.10");
     QCOMPARE(copy->ip, QHostAddress("127.0.0.10"));
 }

@@ -70,11 +70,11 @@ void Probe::begin_engine()
 {
     zeroconf = std::make_unique<QZeroConf>(nullptr);
     connect(zeroconf.get(), &QZeroConf::serviceAdded, this,
-            [this](QZeroConfService s) { report("added", s); });
+            [this](const QZeroConfService &s) { report("added", s); });
     connect(zeroconf.get(), &QZeroConf::serviceUpdated, this,
-            [this](QZeroConfService s) { report("updated", s); });
+            [this](const QZeroConfService &s) { report("updated", s); });
     connect(zeroconf.get(), &QZeroConf::serviceRemoved, this,
-            [this](QZeroConfService s) { report("removed", s); });
+            [this](const QZeroConfService &s) { report("removed", s); });
     connect(zeroconf.get(), &QZeroConf::error, this, [this](QZeroConf::error_t error) {
         print({{"event", "error"}, {"code", error}});
     });

@@ -12,6 +12,15 @@
 #include "zeroconf/qzeroconfprivate.h"
 #include "zeroconf/resolver.h"
 
+struct Fresh_Start {
+    Fresh_Start()
+    {
+        fake_dns_sd::reset();
+        // For the spies; the program's own connections are direct and need it not.
+        qRegisterMetaType<QZeroConf::error_t>("QZeroConf::error_t");
+    }
+};
+
 // What every test of the engine begins with: a fresh scripted dns_sd and a facade whose signals are recorded.
 struct Engine {
     static constexpr quint32 wlan = 3; // an interface
@@ -95,12 +104,7 @@ struct Engine {
     }
 
     Log_Capture log;
-    const bool fresh = [] {
-        fake_dns_sd::reset();
-        // For the spies; the program's own connections are direct and need it not.
-        qRegisterMetaType<QZeroConf::error_t>("QZeroConf::error_t");
-        return true;
-    }();
+    const Fresh_Start fresh; // before the facade
     QZeroConf zeroconf;
     QSignalSpy added{&zeroconf, &QZeroConf::serviceAdded};
     QSignalSpy updated{&zeroconf, &QZeroConf::serviceUpdated};

@@ -3,6 +3,8 @@
 #include <QPointer>
 #include <QSocketNotifier>
 #include <QTest>
+#include <QThread>
+#include <atomic>
 #include <memory>
 
 #include "tests/zeroconf/engine_fixture.h"
@@ -48,6 +50,7 @@ private Q_SLOTS:
     void a_repeat_that_cannot_restart_the_query_ends_it();
 
     void the_first_address_makes_the_service_known();
+    void the_address_is_written_under_its_mutex();
     void the_address_mutex_is_free_while_the_slots_run();
     void a_second_address_updates_the_record_for_every_holder();
     void the_loss_of_an_address_is_not_told();
@@ -284,6 +287,27 @@ void tst_Resolver::the_first_address_makes_the_service_known()
     // The resolver stays as the listener.
     QVERIFY(engine->resolver_of("Left"));
     QVERIFY(fake_dns_sd::is_open(address));
+}
+
+void tst_Resolver::the_address_is_written_under_its_mutex()
+{
+    const DNSServiceRef address = Engine::resolve(engine->come("Left"));
+    const QZeroConfService service = engine->resolver_of("Left")->zcs;
+    std::atomic<bool> locked{false};
+    std::atomic<bool> seen_unwritten{false};
+    const std::unique_ptr<QThread> reader(QThread::create([&] {
+        const QMutexLocker lock(&service->ip_mutex);
+        locked = true;
+        // Time enough for a write that does not respect the mutex.
+        QThread::msleep(50);
+        seen_unwritten = service->ip.isNull();
+    }));
+    reader->start();
+    QTRY_VERIFY(locked);
+    Engine::address(address);
+    QVERIFY(seen_unwritten);
+    QCOMPARE(engine->added.size(), 1);
+    QVERIFY(reader->wait(5000));
 }
 
 void tst_Resolver::the_address_mutex_is_free_while_the_slots_run()

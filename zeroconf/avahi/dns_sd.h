@@ -29,7 +29,6 @@ enum {
     kDNSServiceErr_NoMemory = -65539,
     kDNSServiceErr_BadParam = -65540,
     kDNSServiceErr_NameConflict = -65548,
-    kDNSServiceErr_Firewall = -65550,
     kDNSServiceErr_ServiceNotRunning = -65563,
     kDNSServiceErr_Timeout = -65568
 };

@@ -4,7 +4,6 @@
 #include <avahi-client/client.h>
 #include <avahi-common/simple-watch.h>
 #include <csignal>
-#include <cstdlib>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
@@ -39,7 +38,10 @@ bool PollThread::start()
     sigfillset(&all);
     pthread_sigmask(SIG_SETMASK, &all, &before);
     pthread_t thread;
-    const auto main = [](void *self) -> void * { static_cast<PollThread *>(self)->run(); };
+    const auto main = [](void *self) -> void * {
+        static_cast<PollThread *>(self)->run();
+        return nullptr;
+    };
     const bool started = pthread_create(&thread, nullptr, main, this) == 0;
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
     if (started)
@@ -66,10 +68,8 @@ void PollThread::post(Task task)
 
 void PollThread::run()
 {
-    for (;;) {
-        // Without its poll the thread could only spin.
-        if (avahi_simple_poll_iterate(poll, -1) < 0)
-            std::abort();
+    // The poll fails only where memory runs out. Discovery falls silent then, and the program goes on.
+    while (avahi_simple_poll_iterate(poll, -1) >= 0) {
         if (lost)
             disconnect();
         run_tasks();

@@ -18,7 +18,8 @@ struct AvahiSimplePoll;
 // nothing of them is destroyed by the end of the program. While nothing happens the thread sleeps.
 //
 // The connection is made when an operation needs one. When it breaks, because the daemon or the bus went
-// away, every operation fails once, and the next one begins with a new connection.
+// away, every operation fails once, and the next one begins with a new connection. A daemon that hangs for
+// longer than the bus waits for an answer, 25 s, counts as gone for the operation that waited.
 class PollThread
 {
 public:
@@ -39,7 +40,7 @@ private:
     PollThread() = default;
     bool start();
     void post(Task task);
-    [[noreturn]] void run();
+    void run();
     void run_tasks();
     void start_operation(std::unique_ptr<Operation> operation);
     bool connect();

@@ -126,6 +126,13 @@ private slots:
                                                                  "che"));
     }
 
+    void text_reaches_the_console_as_it_is()
+    {
+        const Stderr_Capture capture;
+        message_handler(QtDebugMsg, somewhere, "\n\n  APP ACTIVE ");
+        QCOMPARE(debug_console->toPlainText(), QString("\n\n  APP ACTIVE "));
+    }
+
     void percent_signs_in_a_text_are_no_placeholders()
     {
         QByteArray written;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/announcer.h"
 
+#include <QHostAddress>
 #include <QMap>
 #include <avahi-client/client.h>
 #include <avahi-client/publish.h>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <net/if.h>
 
 namespace
 {
@@ -36,21 +38,29 @@ AvahiStringList *txt_list(const QMap<QString, QString> &entries)
     return list;
 }
 
+// A loopback address means nothing to another machine, so it is announced on the loopback device alone.
+AvahiIfIndex interface_of(const QString &address)
+{
+    const unsigned loopback = if_nametoindex("lo");
+    return QHostAddress(address).isLoopback() && loopback != 0 ? static_cast<AvahiIfIndex>(loopback)
+                                                               : AVAHI_IF_UNSPEC;
+}
+
 int fill_group(AvahiEntryGroup *group, const Entry &entry)
 {
     const QByteArray host = host_name(entry.speaker).toUtf8();
     AvahiAddress address;
     if (!avahi_address_parse(entry.speaker.address.toLatin1().constData(), AVAHI_PROTO_INET, &address))
         return AVAHI_ERR_INVALID_ADDRESS;
-    int error = avahi_entry_group_add_address(group, AVAHI_IF_UNSPEC, AVAHI_PROTO_INET,
-                                              AVAHI_PUBLISH_NO_REVERSE, host.constData(), &address);
+    const AvahiIfIndex interface = interface_of(entry.speaker.address);
+    int error = avahi_entry_group_add_address(group, interface, AVAHI_PROTO_INET, AVAHI_PUBLISH_NO_REVERSE,
+                                              host.constData(), &address);
     if (error != AVAHI_OK)
         return error;
     AvahiStringList *txt = txt_list(entry.speaker.txt);
     error = avahi_entry_group_add_service_strlst(
-        group, AVAHI_IF_UNSPEC, AVAHI_PROTO_INET, AvahiPublishFlags(0),
-        entry.speaker.name.toUtf8().constData(), entry.speaker.service_type.toUtf8().constData(), nullptr,
-        host.constData(), entry.http_port, txt);
+        group, interface, AVAHI_PROTO_INET, AvahiPublishFlags(0), entry.speaker.name.toUtf8().constData(),
+        entry.speaker.service_type.toUtf8().constData(), nullptr, host.constData(), entry.http_port, txt);
     avahi_string_list_free(txt);
     return error == AVAHI_OK ? avahi_entry_group_commit(group) : error;
 }

@@ -43,6 +43,11 @@ bool Download_Server::start()
     return thread->ask<bool>([&] { return core->server.open(core->config.address, core->config.port); });
 }
 
+bool Download_Server::start_on(quint16 port)
+{
+    return thread->ask<bool>([&] { return core->server.open(core->config.address, port); });
+}
+
 void Download_Server::stop()
 {
     thread->call([&] {

@@ -47,7 +47,8 @@ public:
     Download_Server(const Download_Server &) = delete;
     Download_Server &operator=(const Download_Server &) = delete;
 
-    bool start(); // false if the port is taken; error() says why
+    bool start();                // false if the port is taken; error() says why
+    bool start_on(quint16 port); // the same on that port in place of the configured one
     void stop();
     QString error() const;
     quint16 port() const;

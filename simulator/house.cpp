@@ -47,10 +47,8 @@ void House::add_download_server(const Scene &scene)
 
 bool House::start()
 {
-    if (download && !download->start()) {
-        reason = "download server: " + download->error();
+    if (download && !start_download_server())
         return false;
-    }
     for (const Resident &resident : residents)
         if (resident.there_from_start && !open(resident))
             return false;
@@ -61,8 +59,19 @@ bool House::start()
     return true;
 }
 
-// A port below 1024 may be closed to who runs this; any free one serves as well, since the announcement tells
-// it.
+// A port below 1024 may be closed to who runs this; any free one serves as well, since the log tells it.
+bool House::start_download_server()
+{
+    if (!download->start()) {
+        reason = "download server: " + download->error();
+        if (!download->start_on(0))
+            return false;
+    }
+    log.event("download server", "serves " + download->url());
+    return true;
+}
+
+// The same here, since the announcement tells it.
 bool House::open(const Resident &resident)
 {
     Virtual_Speaker &speaker = *resident.speaker;

@@ -44,6 +44,7 @@ private:
     };
     void add_speaker(const Scene::Speaker &entry);
     void add_download_server(const Scene &scene);
+    bool start_download_server();
     bool open(const Resident &resident);
     void announce(const Resident &resident);
     const Resident *find(const QString &name) const;

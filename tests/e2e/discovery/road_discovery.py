@@ -1,8 +1,11 @@
 # SPDX-License-Identifier: MIT
 """The discovery engine on the real daemon."""
 
+import contextlib
+import os
 import socket
 import tempfile
+import threading
 
 import engine_road
 
@@ -180,12 +183,66 @@ class Daemon_Test(engine_road.Engine_Test):
                 engine.await_events("added", 1)
 
 
+class Relay:
+    """A bus that can be lost without the lab losing its own: it passes every byte on to that one."""
+
+    def __init__(self, folder):
+        self.path = folder + "/bus"
+        self.real = os.environ["DBUS_SYSTEM_BUS_ADDRESS"].removeprefix("unix:path=")
+        self.ends = []
+        self.listener = socket.socket(socket.AF_UNIX)
+        self.listener.bind(self.path)
+        self.listener.listen()
+        threading.Thread(target=self._accept, daemon=True).start()
+
+    def _accept(self):
+        while True:
+            client, _ = self.listener.accept()
+            bus = socket.socket(socket.AF_UNIX)
+            bus.connect(self.real)
+            self.ends += [client, bus]
+            for source, sink in ((client, bus), (bus, client)):
+                threading.Thread(target=self._pass_on, args=[source, sink], daemon=True).start()
+
+    @staticmethod
+    def _pass_on(source, sink):
+        with contextlib.suppress(OSError):
+            while data := source.recv(65536):
+                sink.sendall(data)
+
+    def cut(self):
+        """Ends every connection. New ones work."""
+        while self.ends:
+            end = self.ends.pop()
+            end.shutdown(socket.SHUT_RDWR)
+            end.close()
+
+
 class Bus_Test(engine_road.Engine_Test):
     def test_without_a_bus_the_browse_fails(self):
         with self.engine({"DBUS_SYSTEM_BUS_ADDRESS": "unix:path=/nonexistent/bus"}) as engine:
             engine.start()
             self.assertEqual(engine.await_events("error", 1)[0]["code"], -3)
             self.assertEqual(engine.state()["resolvers"], 0)
+
+    def test_a_bus_that_is_lost_is_told_once_and_found_again(self):
+        with tempfile.TemporaryDirectory() as folder, self.announcer() as announcer:
+            relay = Relay(folder)
+            announcer.service("One")
+            with self.engine({"DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={relay.path}"}) as engine:
+                for times in range(1, 4):
+                    engine.start()
+                    engine.await_events("added", times)
+                    state = engine.await_state("it is listened to", resolvers=1)
+                    relay.cut()
+                    self.assertEqual(engine.await_events("error", times)[-1]["code"], -3)
+                    self.assertEqual(len(engine.events("removed")), times)
+                engine.start()
+                engine.await_events("added", 4)
+                after = engine.await_state("it is listened to", resolvers=1)
+                for key in ("descriptors", "threads"):
+                    self.assertEqual(after[key], state[key])
+                self.assertEqual(len(engine.events("error")), 3)
 
     def test_a_bus_that_never_answers_holds_nobody_up(self):
         with tempfile.TemporaryDirectory() as folder, socket.socket(socket.AF_UNIX) as bus:

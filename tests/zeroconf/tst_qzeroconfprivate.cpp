@@ -189,8 +189,13 @@ void tst_QZeroConfPrivate::a_removal_of_a_known_service_ends_its_resolver_and_is
     const QPointer<Resolver> resolver = engine->make_known("Left");
     const QZeroConfService service = resolver->zcs;
     engine->make_known("Right");
+    bool gone_when_told = false;
+    const QObject until_return; // the end of the engine tells of the other one
+    connect(&engine->zeroconf, &QZeroConf::serviceRemoved, &until_return,
+            [&] { gone_when_told = !resolver && !engine->zeroconf.services.contains("Left3"); });
 
     engine->go("Left");
+    QVERIFY(gone_when_told);
     QCOMPARE(engine->removed.size(), 1);
     QCOMPARE(Engine::record(engine->removed), service);
     QVERIFY(!resolver);
@@ -311,13 +316,16 @@ void tst_QZeroConfPrivate::the_browse_is_released_after_its_services_were_remove
     engine->make_known("Left");
     bool open = false;
     bool cleared = false;
+    bool resolver_ended = false;
     connect(&engine->zeroconf, &QZeroConf::serviceRemoved, this, [&] {
         open = fake_dns_sd::is_open(browse);
         cleared = !engine->zeroconf.pri->browser && !engine->zeroconf.pri->browserSocket;
+        resolver_ended = engine->resolvers() == 0;
     });
     engine->zeroconf.stopBrowser();
     QVERIFY(open);
     QVERIFY(cleared);
+    QVERIFY(resolver_ended);
     QVERIFY(!fake_dns_sd::is_open(browse));
 }
 

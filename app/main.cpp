@@ -42,10 +42,10 @@ int run_application(int argc, char *argv[])
     set_up_logging();
     plattform = new rzplattform;
 
-    // Null delimiters and suffix let the search fall back from the full locale name to the language; without
-    // a catalogue the source texts show.
+    // The search falls back from the full locale name to the language; without a catalogue the source texts
+    // show.
     QTranslator translator;
-    translator.load("VIRELO_" + QLocale::system().name(), ":/translations/", QString(), QString());
+    translator.load("VIRELO_" + QLocale::system().name(), ":/translations/");
     QCoreApplication::installTranslator(&translator);
 
     new AppHandler(&application);

@@ -20,7 +20,7 @@ QByteArray content(const QString &path)
 
 bool load_as_at_start(QTranslator &translator, const QString &locale)
 {
-    return translator.load("VIRELO_" + locale, ":/translations/", QString(), QString());
+    return translator.load("VIRELO_" + locale, ":/translations/");
 }
 
 Compiled_Catalogue compiled(const QString &language)

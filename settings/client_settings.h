@@ -17,8 +17,8 @@ class Client_Settings : public QWidget
     Q_OBJECT
 
 public:
-    Client_Settings(Client *client,
-                    Virelos *control); // `control` may be null; `client` is not kept, which is meant
+    // `control` may be null. `client` is not kept, which is meant.
+    Client_Settings(Client *client, Virelos *control);
 
     Virelos *control; // what the tab was opened for; null for a tab built before any speaker is known
 };

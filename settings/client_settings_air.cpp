@@ -57,12 +57,23 @@ struct Air_Layout {
     int button_column; // of the first of three
 };
 
-constexpr Air_Layout phone_layout = {3,         {none, 0, 0, 0}, {3, 1, 1, 1}, {4, 5}, {6, none},
-                                     {7, none}, {8, 9},          10,           0};
-constexpr Air_Layout tablet_layout = {6, {1, 3, 9, 3}, {10, 3, 1, 3}, {4, 5}, {6, 7}, {8, 9}, {10, 11}, 12,
-                                      3};
+// clang-format off
+constexpr Air_Layout phone_layout = {
+    3, {none, 0, 0, 0}, {3, 1, 1, 1},
+    {4, 5}, {6, none}, {7, none}, {8, 9},
+    10, 0
+};
+constexpr Air_Layout tablet_layout = {
+    6, {1, 3, 9, 3}, {10, 3, 1, 3},
+    {4, 5}, {6, 7}, {8, 9}, {10, 11},
+    12, 3
+};
 constexpr Air_Layout desktop_layout = {
-    6, {1, 3, 6, 3}, {7, 3, 1, 3}, {4, none}, {5, none}, {6, none}, {7, none}, 8, 3};
+    6, {1, 3, 6, 3}, {7, 3, 1, 3},
+    {4, none}, {5, none}, {6, none}, {7, none},
+    8, 3
+};
+// clang-format on
 
 const Air_Layout &air_layout()
 {

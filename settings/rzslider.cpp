@@ -7,7 +7,7 @@
 
 namespace
 {
-const QColor tick_colour(0xa5, 0xa2, 0x94);
+constexpr QColor tick_colour(0xa5, 0xa2, 0x94);
 constexpr int default_interval = 10;
 constexpr int vertical_shift = 5; // pixels
 
@@ -21,18 +21,12 @@ int tick_pos(qint64 value, const QSlider &slider, int span, int handle)
 } // namespace
 
 RZSlider::RZSlider(QWidget *parent)
-    : QSlider(parent)
+    : RZSlider(Qt::Vertical, parent)
 {
-    set_default_ticks();
 }
 
 RZSlider::RZSlider(Qt::Orientation orientation, QWidget *parent)
     : QSlider(orientation, parent)
-{
-    set_default_ticks();
-}
-
-void RZSlider::set_default_ticks()
 {
     setTickPosition(QSlider::TicksBothSides);
     setTickInterval(default_interval);

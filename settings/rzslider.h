@@ -14,7 +14,7 @@ class RZSlider : public QSlider
     Q_OBJECT
 
 public:
-    explicit RZSlider(QWidget *parent);
+    explicit RZSlider(QWidget *parent); // vertical
     RZSlider(Qt::Orientation orientation, QWidget *parent);
 
     int tick_near = 22; // pixels from the widget's edge to the near end of a mark
@@ -24,7 +24,6 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void set_default_ticks();
     void paint_ticks(QPainter &painter, const QStyleOptionSlider &option) const;
     void paint_tick(QPainter &painter, int pos) const;
 };

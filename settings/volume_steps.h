@@ -10,7 +10,8 @@ constexpr int dial_max = 50; // last position of the volume dial, which wraps to
 // The step fence of a slider: `value`, or `last` moved towards it by 10 where it is further away than that.
 int fenced_volume(int value, int last);
 
-// By how much the volume moves when the dial goes from `last` to `value`. A short way is taken as it stands,
-// up to 14; a longer one has passed the seam, and is then cut to 15 where it is still above 10. So a jump
-// over a part of the dial can move the volume the other way, which is meant.
+// By how much the volume moves when the dial goes from `last` to `value`. A difference of up to 14 is taken
+// as it stands. With a larger one the dial has passed its seam: the step is what it went the other way round,
+// and becomes 15 where that is above 10. So a jump over a part of the dial can move the volume against the
+// dial, which is meant.
 int dial_step(int value, int last);

@@ -29,6 +29,7 @@ private slots:
     void debug_tabs_stand_before_it();
     void opening_a_speaker_points_the_tab_at_it();
     void opening_another_points_the_same_tab_at_that_one();
+    void the_tabs_are_painted_anew_before_the_tab_is_selected();
 
 private:
     void make_client(int device_class);
@@ -139,6 +140,35 @@ void tst_client_fixed_tabs::opening_another_points_the_same_tab_at_that_one()
     QCOMPARE(client->air_tab->vol_slider->value(), 80);
     QCOMPARE(kitchen_air->volume, 20);
     QCOMPARE(bathroom_air->volume, 80);
+}
+
+// Tells what stands when the tab widget is painted.
+class Paint_Watch : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint) {
+            selected.append(client->tabs->currentIndex());
+            names.append(client->air_tab->name_label->text());
+        }
+        return false;
+    }
+
+    QList<int> selected;
+    QStringList names;
+};
+
+void tst_client_fixed_tabs::the_tabs_are_painted_anew_before_the_tab_is_selected()
+{
+    make_client(DEVICE_PHONE);
+    client->show();
+    QVERIFY(QTest::qWaitForWindowExposed(client));
+    Paint_Watch watch;
+    client->tabs->installEventFilter(&watch);
+    client->show_air(kitchen.get());
+    QCOMPARE(watch.selected.value(0, -1), 0);
+    QCOMPARE(watch.names.value(0), QString("<b>Kitchen</b>"));
 }
 
 QTEST_MAIN(tst_client_fixed_tabs)

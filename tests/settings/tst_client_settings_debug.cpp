@@ -26,6 +26,7 @@ private slots:
     void with_the_message_handler_the_log_line_comes_to_the_console();
     void its_end_is_logged();
     void the_headline_is_translated_in_the_context_of_the_class();
+    void has_no_signals_or_slots_of_its_own();
 };
 
 void tst_client_settings_debug::shows_a_headline_and_the_console_as_its_child()
@@ -90,6 +91,13 @@ void tst_client_settings_debug::the_headline_is_translated_in_the_context_of_the
     QCoreApplication::installTranslator(&translator);
     const Client_Settings_Debug tab(nullptr);
     QCOMPARE(text_at(tab.grid, 0, 0), QString("<center>#Debugging output</center>"));
+}
+
+void tst_client_settings_debug::has_no_signals_or_slots_of_its_own()
+{
+    const QMetaObject &meta = Client_Settings_Debug::staticMetaObject;
+    QCOMPARE(meta.className(), "Client_Settings_Debug");
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
 }
 
 QTEST_MAIN(tst_client_settings_debug)

@@ -22,6 +22,7 @@ private slots:
     void the_banner_is_the_wide_one_above_2000_pixels();
     void the_text_is_translated_in_the_context_of_the_class();
     void keeps_the_control_object_and_takes_null();
+    void has_no_signals_or_slots_of_its_own();
 };
 
 void tst_client_settings_empty::shows_a_banner_and_below_it_that_the_type_is_unknown()
@@ -60,6 +61,13 @@ void tst_client_settings_empty::keeps_the_control_object_and_takes_null()
     Virelo_Group group("Group");
     QCOMPARE(Client_Settings_Empty(nullptr, &group).control, &group);
     QVERIFY(!Client_Settings_Empty(nullptr, nullptr).control);
+}
+
+void tst_client_settings_empty::has_no_signals_or_slots_of_its_own()
+{
+    const QMetaObject &meta = Client_Settings_Empty::staticMetaObject;
+    QCOMPARE(meta.className(), "Client_Settings_Empty");
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
 }
 
 QTEST_MAIN(tst_client_settings_empty)

@@ -23,6 +23,7 @@ private slots:
     void the_banner_is_the_wide_one_above_2000_pixels();
     void logs_the_size_of_the_screen_under_the_name_of_the_other_class();
     void only_two_texts_are_translated();
+    void has_no_signals_or_slots_of_its_own();
 };
 
 void tst_client_settings_empty2::shows_its_fixed_texts_below_a_banner()
@@ -74,6 +75,13 @@ void tst_client_settings_empty2::only_two_texts_are_translated()
     QCOMPARE(text_at(tab.grid, 2, 0), QString("#Speaker:"));
     QCOMPARE(text_at(tab.grid, 2, 1), QString("<b>speaker name</b>"));
     QCOMPARE(text_at(tab.grid, 2, 2), QString("(speaker model)"));
+}
+
+void tst_client_settings_empty2::has_no_signals_or_slots_of_its_own()
+{
+    const QMetaObject &meta = Client_Settings_Empty2::staticMetaObject;
+    QCOMPARE(meta.className(), "Client_Settings_Empty2");
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
 }
 
 QTEST_MAIN(tst_client_settings_empty2)

@@ -27,6 +27,7 @@ private slots:
     void a_speaker_gets_a_tab_with_its_name_at_the_first_opening();
     void opening_it_again_only_selects_its_tab();
     void a_second_speaker_gets_a_tab_of_its_own();
+    void index_0_counts_as_no_tab();
     void a_speaker_of_unknown_type_gets_an_empty_tab_once();
     void an_empty_tab_works_without_control_object();
     void an_empty_tab_without_record_is_added_each_time();
@@ -111,6 +112,16 @@ void tst_client_show::a_second_speaker_gets_a_tab_of_its_own()
     client->show_air(kitchen.get());
     QCOMPARE(client->tabs->currentIndex(), 1);
     QCOMPARE(client->tabs->count(), 3);
+}
+
+void tst_client_show::index_0_counts_as_no_tab()
+{
+    kitchen->tab_index = bathroom->tab_index = 0; // that of the overview
+    client->show_air(kitchen.get());
+    QCOMPARE(kitchen->tab_index, 1);
+    client->show_empty(bathroom.get());
+    QCOMPARE(bathroom->tab_index, 2);
+    QCOMPARE(client->tabs->currentIndex(), 2);
 }
 
 void tst_client_show::a_speaker_of_unknown_type_gets_an_empty_tab_once()

@@ -14,6 +14,7 @@ private slots:
     void height_for_width_keeps_the_aspect_ratio();
     void without_picture_the_height_is_the_current_one_for_any_width();
     void size_hint_is_the_current_width_and_the_height_for_it();
+    void size_hint_asks_a_derived_class_for_its_height();
     void the_picture_is_scaled_to_the_label_by_its_aspect_ratio();
     void a_resize_scales_the_full_size_picture_anew();
     void a_resize_without_picture_does_nothing_and_says_nothing();
@@ -75,6 +76,16 @@ void tst_rzpixmaplabel::size_hint_is_the_current_width_and_the_height_for_it()
     label.setPixmap(picture(2048, 701));
     label.resize(640, 20);
     QCOMPARE(label.sizeHint(), QSize(640, 219));
+}
+
+void tst_rzpixmaplabel::size_hint_asks_a_derived_class_for_its_height()
+{
+    struct Square : RZPixmapLabel {
+        using RZPixmapLabel::RZPixmapLabel;
+        int heightForWidth(int width) const override { return width; }
+    } label(nullptr);
+    label.resize(50, 20);
+    QCOMPARE(label.sizeHint(), QSize(50, 50));
 }
 
 void tst_rzpixmaplabel::the_picture_is_scaled_to_the_label_by_its_aspect_ratio()

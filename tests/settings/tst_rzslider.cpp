@@ -106,6 +106,7 @@ private slots:
     void an_empty_step_has_no_ticks();
     void the_widest_range_is_painted();
     void tick_offsets_are_taken_from_the_fields();
+    void has_no_signals_or_slots_of_its_own();
 };
 
 void tst_rzslider::both_constructors_set_ticks_on_both_sides_every_10()
@@ -323,6 +324,13 @@ void tst_rzslider::tick_offsets_are_taken_from_the_fields()
     slider.tick_far = 5;
     const QList<int> positions = every(20, 7, 11);
     QCOMPARE(tick_pixels(slider), marks(positions, 3, 5) + marks(positions, 94, 96));
+}
+
+void tst_rzslider::has_no_signals_or_slots_of_its_own()
+{
+    const QMetaObject &meta = RZSlider::staticMetaObject;
+    QCOMPARE(meta.className(), "RZSlider");
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
 }
 
 QTEST_MAIN(tst_rzslider)

@@ -150,7 +150,8 @@ public:
     {
         if (event->type() == QEvent::Paint) {
             selected.append(client->tabs->currentIndex());
-            names.append(client->air_tab->name_label->text());
+            const QLabel *name = client->air_tab->name_label;
+            names.append(name ? name->text() : QString());
         }
         return false;
     }

@@ -93,6 +93,7 @@ private slots:
     void both_constructors_set_ticks_on_both_sides_every_10();
     void range_0_to_100_has_11_ticks_on_each_side_at_the_middle_of_the_handle();
     void positions_are_rounded_to_the_nearest_pixel();
+    void a_half_pixel_is_rounded_up_before_the_one_is_taken_away();
     void the_range_may_start_anywhere_data();
     void the_range_may_start_anywhere();
     void a_last_step_past_the_maximum_has_no_tick();
@@ -145,6 +146,17 @@ void tst_rzslider::positions_are_rounded_to_the_nearest_pixel()
     slider.resize(333, 100);
     // 31.3 pixels each
     const QList<int> positions = {9, 40, 72, 103, 134, 166, 197, 228, 259, 291, 322};
+    QCOMPARE(tick_pixels(slider), marks(positions, 22, 27) + marks(positions, 72, 77));
+}
+
+void tst_rzslider::a_half_pixel_is_rounded_up_before_the_one_is_taken_away()
+{
+    Plain_Style style(1); // its middle is at half a pixel
+    RZSlider slider(Qt::Horizontal, nullptr);
+    slider.setStyle(&style);
+    slider.setRange(0, 100);
+    slider.resize(101, 100);
+    const QList<int> positions = every(10, 0, 11);
     QCOMPARE(tick_pixels(slider), marks(positions, 22, 27) + marks(positions, 72, 77));
 }
 

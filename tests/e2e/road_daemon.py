@@ -15,10 +15,6 @@ LATE_MS = 3000
 
 
 class Daemon_Test(road.Road_Test):
-    def setUp(self):
-        super().setUp()
-        self.addCleanup(self.avahi.restore)
-
     def found(self, program):
         """The speakers are found, one of them has a tab, and from now on the window is watched."""
         program.await_rows(HOME)

@@ -1,0 +1,33 @@
+# SPDX-License-Identifier: MIT
+"""With no user and no packet the program sleeps. The time itself is what is measured here."""
+
+import road
+
+WINDOW = 3  # seconds
+HOME = ["Wohnzimmer links", "Wohnzimmer rechts", "Küche", "Sub Wohnzimmer", "Gästezimmer (neu)", "Werkstatt"]
+QT_OWN = "Qt bearer threa"  # Qt looks for network interfaces every ten seconds, once a request was made
+
+
+class Idle_Test(road.Road_Test):
+    def test_with_all_speakers_found_nothing_wakes(self):
+        with self.speakers(), self.program() as program:
+            program.await_rows(HOME)
+            program.mark()
+            seen = []
+
+            def slept_through():
+                seen.append(program.wakeups(WINDOW))
+                return not set(seen[-1]) - {QT_OWN}
+
+            road.await_condition(slept_through, lambda: f"all threads sleep through {WINDOW} s: {seen}")
+
+    def test_while_it_searches_only_the_movie_wakes_it(self):
+        with self.program() as program:
+            program.mark()
+            woken = program.wakeups(WINDOW)
+            # This also shows that what the other test counts would be seen.
+            self.assertGreater(woken["VireloApp"], WINDOW)
+            self.assertLessEqual(set(woken), {"VireloApp", "QXcbEventQueue", "Thread (pooled)"})
+
+
+road.main()

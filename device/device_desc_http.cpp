@@ -37,7 +37,10 @@ void Device_Desc::_request(QString url, QString body, const char *slot)
 
 bool Device_Desc::parse_reply(QNetworkReply *reply, QJsonObject &object)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
+    const QByteArray bytes = reply->readAll();
+    qDebug() << "Device_Desc(" << name << ") reply:" << bytes;
+
+    const QJsonDocument document = QJsonDocument::fromJson(bytes);
     object = document.object();
     if (!object.isEmpty())
         return true;

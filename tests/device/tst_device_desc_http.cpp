@@ -10,6 +10,7 @@
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
 #include "tests/device/status_fields.h"
+#include "tests/fakes/log_capture.h"
 
 namespace
 {
@@ -41,6 +42,7 @@ private slots:
     void a_refused_connection_counts_down_once();
     void a_record_without_address_counts_down_once();
     void an_error_page_that_is_json_is_read_like_any_reply();
+    void the_bytes_of_a_reply_are_logged();
     void a_redirect_is_not_followed();
     void a_silent_speaker_keeps_the_request_open();
     void a_record_destroyed_with_a_request_in_flight_leaves_the_count_right();
@@ -280,6 +282,17 @@ void tst_device_desc_http::an_error_page_that_is_json_is_read_like_any_reply()
     record.request_device_status();
     QTRY_COMPARE(resolves_running, 0);
     QCOMPARE(record.model, QString("VIRELO Air"));
+}
+
+void tst_device_desc_http::the_bytes_of_a_reply_are_logged()
+{
+    Device_Desc record(nullptr, false, "");
+    peer->point_at_me(record);
+    peer->answer = http_answer("<html>No</html>");
+    const Log_Capture log;
+    record.request_device_status();
+    QTRY_COMPARE(managers_of(record), 0);
+    QCOMPARE(log.debug_lines().filter("<html>No</html>").size(), 1);
 }
 
 void tst_device_desc_http::a_redirect_is_not_followed()

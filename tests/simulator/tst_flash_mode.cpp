@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QtTest>
+#include <memory>
+#include <mutex>
 
 #include "simulator/hex_image.h"
 #include "simulator/loopback.h"
@@ -27,9 +29,12 @@ private slots:
     void the_mode_is_the_hosts_and_not_a_links();
     void a_power_cycle_leaves_flash_mode();
     void a_second_flash_starts_with_an_empty_image();
+    void what_came_is_told_at_the_end();
+    void a_transfer_that_breaks_off_is_told();
 
 private:
     void begin(const Speaker_Config &config);
+    QStringList told();
     static Speaker_Config config()
     {
         Speaker_Config config;
@@ -39,6 +44,8 @@ private:
 
     std::unique_ptr<Virtual_Speaker> speaker;
     std::unique_ptr<Raw_Client> client;
+    std::mutex mutex;
+    QStringList events; // under the mutex
 };
 
 void tst_Flash_Mode::init()
@@ -50,12 +57,24 @@ void tst_Flash_Mode::begin(const Speaker_Config &config)
 {
     client.reset();
     speaker.reset();
+    events.clear();
     speaker = std::make_unique<Virtual_Speaker>(config);
+    speaker->set_event_sink([this](const QString &text) {
+        const std::lock_guard<std::mutex> lock(mutex);
+        events += text;
+    });
     QVERIFY2(speaker->start(), qPrintable(speaker->error()));
     client = std::make_unique<Raw_Client>();
     QVERIFY(client->open(own_loopback(1), 8990));
     client->send("RZ!FL\n");
     QVERIFY(speaker->wait_until([&] { return speaker->in_flash_mode(); }));
+}
+
+// What a reader of the log learns of the flash, the lines themselves left out.
+QStringList tst_Flash_Mode::told()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    return events.filter(QRegularExpression("^(-- flash|!!)"));
 }
 
 void tst_Flash_Mode::a_whole_file_leaves_a_whole_image()
@@ -219,6 +238,31 @@ void tst_Flash_Mode::a_second_flash_starts_with_an_empty_image()
     QCOMPARE(client->read_to("!"), QByteArray("!"));
     QVERIFY(speaker->flash_image().whole());
     QCOMPARE(speaker->flash_image().lines(), 1);
+}
+
+void tst_Flash_Mode::what_came_is_told_at_the_end()
+{
+    client->send(":0100000041BE\r\n:0100010042BD\r\n:00000001FF\r\n");
+    QCOMPARE(client->read_to("!!!"), QByteArray("!!!"));
+    QCOMPARE(told(), (QStringList{
+                         "-- flash mode",
+                         "!! :0100010042BD: line 2: checksum 0xbd, expected 0xbc",
+                         "-- flash ended: 3 lines, 1 bad, 1 bytes: the image is not whole",
+                     }));
+    client->send("RZ!FL\n:0100000041BE\r\n:00000001FF\r\n");
+    QCOMPARE(client->read_to("!!"), QByteArray("!!"));
+    QCOMPARE(told().last(), QString("-- flash ended: 2 lines, 0 bad, 1 bytes: the image is whole"));
+}
+
+void tst_Flash_Mode::a_transfer_that_breaks_off_is_told()
+{
+    client->send(":0100000041BE\r\n");
+    QCOMPARE(client->read_to("!"), QByteArray("!"));
+    client->socket.disconnectFromHost();
+    QVERIFY(speaker->wait_for_host_open(0));
+    QCOMPARE(
+        told().last(),
+        QString("-- flash still open: 1 lines, 0 bad, 1 bytes: the image is not whole, its end is missing"));
 }
 
 QTEST_GUILESS_MAIN(tst_Flash_Mode)

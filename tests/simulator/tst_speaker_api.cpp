@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <mutex>
 
+#include "simulator/download_server.h"
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
 #include "tests/simulator/http_client.h"
@@ -66,6 +67,7 @@ private slots:
     void only_the_eight_paths_are_there();
     void only_post_is_taken();
     void a_request_is_recorded_byte_for_byte();
+    void an_upgrade_is_started_and_followed_by_texts();
     void an_answer_can_be_replaced();
     void the_record_can_be_cleared();
 
@@ -447,6 +449,27 @@ void tst_Speaker_Api::a_request_is_recorded_byte_for_byte()
     QCOMPARE(request.connection, 1);
     QVERIFY(request.us > 0);
     QCOMPARE(speaker->config().receiver_sender, QString("ä ä"));
+}
+
+void tst_Speaker_Api::an_upgrade_is_started_and_followed_by_texts()
+{
+    Download_Config download;
+    download.address = own_loopback(2);
+    Download_Server server(download);
+    QVERIFY2(server.start(), qPrintable(server.error()));
+    const QByteArray body =
+        R"({"action": "seturl", "otaaddress": ")" + server.url().toUtf8() + R"(", "filesize": "200000" })";
+    QCOMPARE(client->post(upgrade_path, body).body, QByteArray(R"({"returncode":"success"})"));
+    QStringList statuses;
+    const auto done = [&] {
+        const QJsonValue status = ask(upgrade_path, R"({"action": "querystatus"} )").value("status");
+        if (statuses.isEmpty() || statuses.last() != status.toString())
+            statuses += status.toString(); // empty for a number
+        return statuses.last() == "6";
+    };
+    QTRY_VERIFY(done());
+    QCOMPARE(statuses, (QStringList{"1", "2", "3", "4", "6"}));
+    QCOMPARE(server.requests().first().path, QByteArray("/current/ventaro.swu"));
 }
 
 void tst_Speaker_Api::an_answer_can_be_replaced()

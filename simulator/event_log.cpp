@@ -22,7 +22,8 @@ QString Event_Log::error() const
 void Event_Log::event(const QString &who, const QString &what)
 {
     const double seconds = static_cast<double>(clock.elapsed()) / 1000;
-    line(QString("%1 %2  %3").arg(seconds, 8, 'f', 3).arg(who, -20).arg(what));
+    line(QString("%1 %2  %3")
+             .arg(QString::number(seconds, 'f', 3).rightJustified(8), who.leftJustified(20), what));
 }
 
 void Event_Log::line(const QString &text)

@@ -45,8 +45,9 @@ void watch_signals(QCoreApplication &application)
 class Command_Input : public QObject
 {
 public:
-    explicit Command_Input(Sim_Console &console)
+    Command_Input(Sim_Console &console, Event_Log &log)
         : console(console)
+        , log(log)
         , notifier(STDIN_FILENO, QSocketNotifier::Read)
         , awaited(isatty(STDIN_FILENO) != 0)
     {
@@ -70,11 +71,16 @@ private:
             text.remove(0, end + 1);
             console.obey(line);
         }
-        if (count <= 0 && awaited)
+        if (count > 0)
+            return;
+        if (awaited)
             QCoreApplication::quit();
+        else
+            log.line("there is no input; a signal ends this");
     }
 
     Sim_Console &console;
+    Event_Log &log;
     QSocketNotifier notifier;
     QByteArray text;
     bool awaited;
@@ -163,7 +169,7 @@ int run(QCoreApplication &application, const QCommandLineParser &parser)
 
     Sim_Console console(house, log);
     QObject::connect(&console, &Sim_Console::quit_asked, &application, &QCoreApplication::quit);
-    const Command_Input input(console);
+    const Command_Input input(console, log);
     return QCoreApplication::exec();
 }
 } // namespace

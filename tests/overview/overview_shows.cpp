@@ -32,10 +32,10 @@ QString label()
     return overview->status_label->text();
 }
 
-bool all_is_quiet()
+int in_flight()
 {
     const QMutexLocker lock(&resolves_mutex);
-    return resolves_running == 0;
+    return resolves_running;
 }
 
 Virelos *control_of_type(int type)

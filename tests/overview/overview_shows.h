@@ -13,7 +13,7 @@ constexpr quint16 closed_port = 9; // nothing listens on it at a test's own loop
 QStringList listed_names(); // of device_list
 QStringList row_names();    // at top level of the tree
 QString label();            // of the search
-bool all_is_quiet();        // no activity of any record is in flight
+int in_flight();            // activities of all records
 
 Virelos *control_of_type(int type); // a control object that only says what it is; never freed
 

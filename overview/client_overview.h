@@ -40,8 +40,8 @@ public:
     QTimer spare_timer;              // never started
     QList<Device_Desc *> spare_list; // never used
     QGridLayout *grid = nullptr;
-    QTreeWidget *tree =
-        nullptr; // columns: picture (holds the Device_Desc* under Qt::UserRole), name, status, model
+    // Columns: picture (holds the Device_Desc* under Qt::UserRole), name, status, model.
+    QTreeWidget *tree = nullptr;
     ItemDelegate delegate;
     QLabel *spinner_label = nullptr;
     QMovie *spinner_movie = nullptr;
@@ -60,8 +60,8 @@ public:
 public slots:
     void addService(QZeroConfService zcs);
     void updateService(QZeroConfService zcs);
-    void
-    removeService(QZeroConfService zcs); // the record is neither deleted nor stopped: its tab may be in use
+    // The record is neither deleted nor stopped: its tab may be in use.
+    void removeService(QZeroConfService zcs);
     void deleteRecords();
     void ReloadClicked();
     void update_status(int running);

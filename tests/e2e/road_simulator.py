@@ -122,6 +122,17 @@ class Announcements_Test(road.Road_Test):
             self.avahi.start()
             await_announced(HOME)
 
+    def test_a_daemon_that_was_killed_learns_of_those_who_are_there_then(self):
+        with self.speakers() as speakers:
+            self.avahi.kill()
+            speakers.do("leave", "Küche")
+            speakers.do("move", "Werkstatt", "127.0.0.66")
+            self.avahi.start()
+            there = {name: where for name, where in HOME.items() if name != "Küche"}
+            await_announced({**there, "Werkstatt": ("werkstatt.local", "127.0.0.66", "80")})
+            speakers.do("join", "Küche")
+            await_announced({**HOME, "Werkstatt": ("werkstatt.local", "127.0.0.66", "80")})
+
     def test_the_txt_record_is_announced(self):
         scene = {"speakers": [{"name": "Mit Text", "address": "127.9.0.1", "txt": {"path": "/", "v": "2"}}]}
         with self.speakers(scene) as speakers:

@@ -261,11 +261,13 @@ Device_Desc *Client_Overview::selected_device() const
 
 void Client_Overview::item_clicked(QTreeWidgetItem *item, int column)
 {
+    // Read first: should the list change while the tab opens, the redraw takes the row away.
+    const bool access_point = item->text(column_name) == "Access-Point"; // the name, not the status: meant
+    const bool group = item->text(column_status) == tr("Group");         // no row carries it: meant
+
     selected = record_of(item);
     open_tab(selected);
 
-    const bool access_point = item->text(column_name) == "Access-Point"; // the name, not the status: meant
-    const bool group = item->text(column_status) == tr("Group");         // no row carries it: meant
     group_button->setEnabled(!access_point);
     update_button->setEnabled(!access_point && !group);
     wifi_button->setEnabled(true);

@@ -44,6 +44,7 @@ private slots:
     void click_sets_the_buttons_data();
     void click_sets_the_buttons();
     void click_on_a_record_without_control_sets_the_buttons_and_opens_no_tab();
+    void redraw_while_the_tab_opens_does_no_harm();
     void click_on_the_group_row_enables_the_buttons();
     void click_paints_the_buttons_at_once();
     void dialog_buttons_do_nothing_while_no_row_is_selected();
@@ -203,6 +204,21 @@ void tst_client_overview_clicks::click_on_a_record_without_control_sets_the_butt
     QCOMPARE(client->tabs->count(), 1);
     QCOMPARE(client->tabs->currentIndex(), 0);
     QCOMPARE(device->tab_index, -1);
+}
+
+void tst_client_overview_clicks::redraw_while_the_tab_opens_does_no_harm()
+{
+    Overview_World world;
+    world.open_and_show();
+    world.add_record("Access-Point", control_of_type(255));
+    overview->update_tree_widget();
+    connect(client->tabs, &QTabWidget::currentChanged, overview, [] {
+        overview->update_tree_widget();
+        Overview_World::row(0)->setText(name, "Kitchen"); // the buttons follow the row that was clicked
+    });
+    overview->item_clicked(Overview_World::row(0), 0);
+    QCOMPARE(client->tabs->count(), 2);
+    QCOMPARE(button_states(), QList<bool>({false, false, true}));
 }
 
 void tst_client_overview_clicks::click_on_the_group_row_enables_the_buttons()

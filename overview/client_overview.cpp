@@ -163,7 +163,7 @@ void Client_Overview::reject() {}
 
 // The tree
 
-QString Client_Overview::status_text(const Device_Desc *device) const
+QString Client_Overview::status_text(const Device_Desc *device)
 {
     // The name is always that of sender_device, whichever group the member really belongs to: meant.
     const auto of_group = [](const QString &role) {
@@ -203,46 +203,44 @@ void Client_Overview::update_tree_widget()
     status_label->setText("");
     tree->clear();
 
+    QTreeWidgetItem *group = nullptr;
     if (sender_device) {
-        draw_group();
+        group = make_group_item();
+        tree->addTopLevelItem(group);
     } else {
         qDebug() << "Client_Overview::update_tree_widget(): NO group master";
-        int position = 1;
-        for (Device_Desc *device : qAsConst(device_list)) {
-            log_device(position++, device);
-            tree->addTopLevelItem(_make_tree_item(device));
-        }
     }
-
-    tree->expandAll();
-    spinner_label->hide();
-}
-
-void Client_Overview::draw_group()
-{
-    const QString groupname = sender_device->groupname;
-    auto *group = new QTreeWidgetItem;
-    group->setText(column_name, groupname);
-    group->setText(column_status, tr("Is your Group"));
-    // It joins no list and is never deleted: a tab may show it after the next redraw has made another one.
-    group->setData(column_picture, Qt::UserRole,
-                   QVariant::fromValue(new Device_Desc(nullptr, true, groupname)));
-    tree->addTopLevelItem(group);
 
     const QList<Device_Desc *> devices = device_list;
     int position = 1;
     for (Device_Desc *device : devices) {
         log_device(position++, device);
         QTreeWidgetItem *item = _make_tree_item(device);
-        item->setFlags(item->flags() & ~Qt::ItemIsEditable);
-        if (belongs_to_group(device))
+        if (group)
+            item->setFlags(item->flags() & ~Qt::ItemIsEditable);
+        if (group && belongs_to_group(device))
             group->addChild(item);
         else
             tree->addTopLevelItem(item);
     }
+
+    tree->expandAll();
+    spinner_label->hide();
 }
 
-void Client_Overview::log_device(int position, const Device_Desc *device) const
+QTreeWidgetItem *Client_Overview::make_group_item()
+{
+    const QString groupname = sender_device->groupname;
+    auto *item = new QTreeWidgetItem;
+    item->setText(column_name, groupname);
+    item->setText(column_status, tr("Is your Group"));
+    // It joins no list and is never deleted: a tab may show it after the next redraw has made another one.
+    auto *device = new Device_Desc(nullptr, true, groupname);
+    item->setData(column_picture, Qt::UserRole, QVariant::fromValue(device));
+    return item;
+}
+
+void Client_Overview::log_device(int position, const Device_Desc *device)
 {
     qDebug() << "Device #" << position << ": " << device->name;
 }

@@ -89,8 +89,8 @@ private:
     void place_widgets();
     void connect_widgets();
     void start_discovery();
-    void draw_group();
     void open_tab(Device_Desc *device);
-    void log_device(int position, const Device_Desc *device) const;
-    QString status_text(const Device_Desc *device) const;
+    static QTreeWidgetItem *make_group_item();
+    static QString status_text(const Device_Desc *device);
+    static void log_device(int position, const Device_Desc *device);
 };

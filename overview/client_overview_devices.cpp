@@ -119,7 +119,7 @@ void Client_Overview::update_status(int running)
     const QString text = tr("<b>Reading Status...</b>") + QChar(static_cast<uchar>(running));
     status_label->setText(text);
     status_label->repaint();
-    qDebug() << QString(64, '*') << text;
+    qDebug() << "****************************************************************" << text;
 }
 
 void Client_Overview::setStatusText(QString text)

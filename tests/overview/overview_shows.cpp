@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/overview/overview_shows.h"
 
+#include <QDebug>
 #include <QLabel>
 #include <QTest>
 #include <QTreeWidget>
@@ -36,6 +37,13 @@ int in_flight()
 {
     const QMutexLocker lock(&resolves_mutex);
     return resolves_running;
+}
+
+QString logged_service(const char *words, const QZeroConfService &service)
+{
+    QString line;
+    QDebug(&line) << words << service;
+    return line.trimmed(); // of the blank behind the last word
 }
 
 Virelos *control_of_type(int type)

@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+#include "zeroconf/qzeroconfservice.h"
+
 class Overview_World;
 class Virelos;
 
@@ -14,6 +16,9 @@ QStringList listed_names(); // of device_list
 QStringList row_names();    // at top level of the tree
 QString label();            // of the search
 int in_flight();            // activities of all records
+
+// The line that is logged of a service, behind its first words.
+QString logged_service(const char *words, const QZeroConfService &service);
 
 Virelos *control_of_type(int type); // a control object that only says what it is; never freed
 

@@ -41,6 +41,8 @@ private slots:
     void service_is_known_by_name_address_and_port_data();
     void service_is_known_by_name_address_and_port();
     void known_service_leaves_list_label_and_tree_as_they_are();
+    void arrival_is_logged_with_the_list_before_and_after();
+    void known_service_is_logged_up_to_its_record();
     void one_speaker_on_two_interfaces_is_one_record();
     void same_name_at_a_new_address_is_a_second_record_and_row();
     void speaker_that_arrives_while_a_record_is_made_comes_first();
@@ -232,6 +234,36 @@ void tst_client_overview_devices::known_service_leaves_list_label_and_tree_as_th
     QVERIFY(!overview->spinner_label->isVisible());
 }
 
+void tst_client_overview_devices::arrival_is_logged_with_the_list_before_and_after()
+{
+    Overview_World world;
+    world.open();
+    add_known_records(world);
+    const QZeroConfService hall = air_waves::service("Hall", own_loopback(2), closed_port);
+    world.log.clear();
+    overview->addService(hall);
+    const QStringList log = world.log.texts();
+    QCOMPARE(log.mid(0, 3), QStringList({logged_service("$$$ Added service: ", hall),
+                                         "Device # 0 :  \"Attic\"", "Device # 1 :  \"Kitchen\""}));
+    QCOMPARE(log.mid(log.size() - 5),
+             QStringList({"======================================= device_list", "Device # 0 :  \"Attic\"",
+                          "Device # 1 :  \"Kitchen\"", "Device # 2 :  \"Hall\"",
+                          "Client_Overview::addService finished"}));
+    QTRY_COMPARE(in_flight(), 0);
+}
+
+void tst_client_overview_devices::known_service_is_logged_up_to_its_record()
+{
+    Overview_World world;
+    world.open();
+    add_known_records(world);
+    const QZeroConfService attic = air_waves::service("Attic", own_loopback(9), 8080);
+    world.log.clear();
+    overview->addService(attic);
+    QCOMPARE(world.log.texts(), QStringList({logged_service("$$$ Added service: ", attic),
+                                             "Device # 0 :  \"Attic\"", "$$$ Device already exists!"}));
+}
+
 void tst_client_overview_devices::one_speaker_on_two_interfaces_is_one_record()
 {
     Overview_World world;
@@ -335,9 +367,8 @@ void tst_client_overview_devices::status_ends_in_one_character_of_that_code()
     overview->update_status(running);
     QCOMPARE(label(), QString("<b>Reading Status...</b>") + QChar(code));
     QCOMPARE(world.log.texts().size(), 1);
-    QVERIFY(world.log.texts().first().contains(QString(64, '*')));
-    QVERIFY(!world.log.texts().first().contains(QString(65, '*')));
-    QVERIFY(world.log.texts().first().contains("<b>Reading Status...</b>"));
+    const QString line = world.log.texts().first();
+    QVERIFY2(line.startsWith(QString(64, '*') + " \"<b>Reading Status...</b>"), qPrintable(line));
 }
 
 void tst_client_overview_devices::status_text_is_painted_at_once()

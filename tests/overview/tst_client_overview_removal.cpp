@@ -22,6 +22,7 @@ private slots:
     void removed_speaker_leaves_list_and_tree();
     void removal_compares_name_address_and_port_data();
     void removal_compares_name_address_and_port();
+    void removal_logs_what_it_compares();
     void removal_without_match_redraws_nothing();
     void removal_stops_at_the_first_match();
     void removal_clears_the_count();
@@ -68,6 +69,24 @@ void tst_client_overview_removal::removal_compares_name_address_and_port()
     QCOMPARE(listed_names(), left);
     QCOMPARE(row_names(), left);
     QCOMPARE(world.log.texts().contains("$$$ Device found - removing!"), known);
+}
+
+void tst_client_overview_removal::removal_logs_what_it_compares()
+{
+    Overview_World world;
+    world.open();
+    add_known_records(world);
+    const QZeroConfService kitchen = air_waves::service("Kitchen", own_loopback(1), 80);
+    world.log.clear();
+    overview->removeService(kitchen);
+    const auto same_address = [](int attic_or_kitchen) {
+        return QString("\"%1\" == \"%2\"").arg(own_loopback(attic_or_kitchen), own_loopback(1));
+    };
+    QCOMPARE(world.log.texts().mid(0, 10),
+             QStringList({logged_service("$$$ Removed service: ", kitchen), "Device # 0 :  \"Attic\"",
+                          "\"Attic\" == \"Kitchen\"", same_address(9), "\"08080\" == 80",
+                          "Device # 1 :  \"Kitchen\"", "\"Kitchen\" == \"Kitchen\"", same_address(1),
+                          "\"80\" == 80", "$$$ Device found - removing!"}));
 }
 
 void tst_client_overview_removal::removal_without_match_redraws_nothing()

@@ -32,6 +32,23 @@ QByteArray stored_settings()
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+// What is so when the window that it filters is told to close.
+class Close_Watch : public QObject
+{
+public:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Close) {
+            handler = installed_handler();
+            stored = stored_settings();
+        }
+        return false;
+    }
+
+    QtMessageHandler handler = nullptr;
+    QByteArray stored;
+};
+
 void press()
 {
     QTest::mousePress(overview->quit_button, Qt::LeftButton);
@@ -97,27 +114,18 @@ void tst_client_overview_quit::settings_are_written_before_the_window_closes()
 {
     Overview_World world;
     world.open_and_show();
+    Close_Watch watch;
+    client->installEventFilter(&watch);
     settings->sync();
     settings->setValue("debug", true);
     QVERIFY(!stored_settings().contains("debug=true")); // kept back until the loop is idle
     press();
     release();
-    QVERIFY(stored_settings().contains("debug=true"));
+    QVERIFY(watch.stored.contains("debug=true"));
 }
 
 void tst_client_overview_quit::message_handler_is_removed_before_the_window_closes()
 {
-    class Close_Watch : public QObject
-    {
-    public:
-        bool eventFilter(QObject *, QEvent *event) override
-        {
-            if (event->type() == QEvent::Close)
-                at_close = installed_handler();
-            return false;
-        }
-        QtMessageHandler at_close = nullptr;
-    };
     Overview_World world;
     world.open_and_show();
     Close_Watch watch;
@@ -125,8 +133,8 @@ void tst_client_overview_quit::message_handler_is_removed_before_the_window_clos
     press();
     QVERIFY(installed_handler() != default_handler());
     release();
-    QVERIFY(watch.at_close);
-    QVERIFY(watch.at_close == default_handler());
+    QVERIFY(watch.handler);
+    QVERIFY(watch.handler == default_handler());
     QVERIFY(installed_handler() == default_handler());
 }
 

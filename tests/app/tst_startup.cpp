@@ -58,6 +58,8 @@ void act()
     tell_what_shows();
     if (qstrcmp(user_deed, "close") == 0)
         client->close();
+    else if (qstrcmp(user_deed, "exit with 3") == 0)
+        QCoreApplication::exit(3);
     else
         QTest::mouseClick(overview->quit_button, Qt::LeftButton);
 }
@@ -112,6 +114,7 @@ private slots:
     void debug_on_ends_with_0_however_the_window_closes_data();
     void debug_on_ends_with_0_however_the_window_closes();
     void console_holds_the_log_but_its_first_line();
+    void exit_code_is_that_of_the_event_loop();
     void organisation_is_set();
     void texts_follow_the_locale_data();
     void texts_follow_the_locale();
@@ -256,6 +259,13 @@ void tst_startup::console_holds_the_log_but_its_first_line()
     QVERIFY(console.contains("\nDEBUG CONSOLE WINDOW\n\n\n"));
     QVERIFY(console.contains("\nThis is the first qDebug() output...\n"));
     QVERIFY(run.out.contains("debug tab: 1\n"));
+}
+
+void tst_startup::exit_code_is_that_of_the_event_loop()
+{
+    const Run run = run_program("exit with 3");
+    QCOMPARE(run.errors, QStringList());
+    QCOMPARE(run.exit_code, 3);
 }
 
 void tst_startup::organisation_is_set()

@@ -48,5 +48,5 @@ void message_handler(QtMsgType type, const QMessageLogContext &context, const QS
     if (type == QtFatalMsg)
         std::abort();
 
-    QMetaObject::invokeMethod(debug_console, "append", Qt::AutoConnection, Q_ARG(QString, text));
+    QMetaObject::invokeMethod(debug_console, [text] { debug_console->append(text); });
 }

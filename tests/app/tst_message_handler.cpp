@@ -5,9 +5,11 @@
 #include <QTextCodec>
 #include <QTextEdit>
 #include <QThread>
+#include <QVector>
 #include <csignal>
 #include <memory>
 #include <sys/resource.h>
+#include <vector>
 
 #include "app/globals.h"
 #include "app/message_handler.h"
@@ -168,6 +170,32 @@ private slots:
         // The widget is not touched before this thread comes to its events.
         QCOMPARE(debug_console->toPlainText(), QString());
         QTRY_COMPARE(debug_console->toPlainText(), QString("from afar"));
+    }
+
+    void threads_log_side_by_side_and_no_line_is_torn_or_lost()
+    {
+        constexpr int threads = 8;
+        constexpr int lines = 50;
+        const QString text(200, 'x');
+        QByteArray written;
+        {
+            Stderr_Capture capture;
+            std::vector<std::unique_ptr<QThread>> loggers;
+            for (int i = 0; i < threads; ++i) {
+                loggers.emplace_back(QThread::create([text] {
+                    for (int line = 0; line < lines; ++line)
+                        message_handler(QtDebugMsg, somewhere, text);
+                }));
+                loggers.back()->start();
+            }
+            for (const auto &logger : loggers)
+                logger->wait();
+            written = capture.written();
+        }
+        const QByteArray line = "Debug: " + text.toLatin1() + " (speaker.cpp:42, void play(int))\n";
+        QCOMPARE(written, line.repeated(threads * lines));
+        QTRY_COMPARE(debug_console->toPlainText().split('\n'),
+                     QVector<QString>(threads * lines, text).toList());
     }
 
     void it_serves_the_logging_macros_once_installed()

@@ -7,6 +7,7 @@ Busy_Label::Busy_Label(QWidget *parent)
     : QLabel(parent)
 {
     hide();
+    setAttribute(Qt::WA_TransparentForMouseEvents);
     setMovie(new QMovie(":/GRAFX/ajax-loader.gif", QByteArray(), this));
     movie()->start();
     movie()->setPaused(true);

@@ -6,8 +6,8 @@
 class QMovie;
 
 // A label that shows the busy movie. The movie runs while the label is visible and only then: a hidden movie
-// would still wake the process at every frame. GUI thread only; without the movie's file the label stays
-// empty.
+// would still wake the process at every frame. What lies below it can be clicked through it. GUI thread only;
+// without the movie's file the label stays empty.
 class Busy_Label : public QLabel
 {
     Q_OBJECT

@@ -143,6 +143,14 @@ void Client_Overview::place_widgets()
     grid->addWidget(quit_button, 6, 0);
     setLayout(grid);
 
+    // On a phone the busy sign shares its place with a button, and reaches over columns that hold nothing
+    // else.
+    spinner_label->raise();
+    if (is_phone()) {
+        grid->setColumnStretch(0, 1);
+        grid->setColumnStretch(button_column, 1);
+    }
+
     update_button->setDefault(false);
     wifi_button->setFocus();
 }

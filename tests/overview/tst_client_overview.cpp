@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
+#include <QGraphicsOpacityEffect>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -37,6 +38,15 @@ QList<int> place_of(Client_Overview *view, QWidget *widget)
     return {row, column, row_span, column_span};
 }
 
+void add_device_classes()
+{
+    QTest::addColumn<int>("device_class");
+    QTest::newRow("unset") << 0;
+    QTest::newRow("phone") << DEVICE_PHONE;
+    QTest::newRow("tablet") << DEVICE_TABLET;
+    QTest::newRow("desktop") << DEVICE_DESKTOP;
+}
+
 QList<int> column_widths(Client_Overview *view)
 {
     QList<int> widths;
@@ -57,6 +67,10 @@ private slots:
     void widgets_stand_in_their_places_data();
     void widgets_stand_in_their_places();
     void busy_sign_is_centred_in_its_place();
+    void busy_sign_can_be_seen_and_clicked_through_data();
+    void busy_sign_can_be_seen_and_clicked_through();
+    void tree_is_as_wide_as_the_view_on_every_class_data();
+    void tree_is_as_wide_as_the_view_on_every_class();
     void banner_is_chosen_by_the_width_of_the_screen_data();
     void banner_is_chosen_by_the_width_of_the_screen();
     void columns_follow_window_width_and_ratio_data();
@@ -119,16 +133,16 @@ void tst_client_overview::widgets_stand_in_their_places_data()
                       {"update", {4, 3, 1, 1}}, {"spinner", {5, 1, 1, 3}},
                       {"group", {5, 3, 1, 1}},  {"wifi", {6, 3, 1, 1}},
                       {"quit", {6, 0, 1, 1}},   {"back", {}}};
-    Places phone{{"banner", {0, 0, 1, 2}},
-                 {"tree", {1, 0, 1, 2}},
-                 {"hint", {}},
-                 {"status", {4, 0, 1, 1}},
-                 {"update", {4, 1, 1, 1}},
-                 {"spinner", {5, 1, 1, 3}},
-                 {"group", {5, 1, 1, 1}},
-                 {"wifi", {6, 1, 1, 1}},
-                 {"quit", {6, 0, 1, 1}},
-                 {"back", {}}};
+    const Places phone{{"banner", {0, 0, 1, 2}},
+                       {"tree", {1, 0, 1, 2}},
+                       {"hint", {}},
+                       {"status", {4, 0, 1, 1}},
+                       {"update", {4, 1, 1, 1}},
+                       {"spinner", {5, 1, 1, 3}},
+                       {"group", {5, 1, 1, 1}},
+                       {"wifi", {6, 1, 1, 1}},
+                       {"quit", {6, 0, 1, 1}},
+                       {"back", {}}};
     QTest::newRow("unset") << 0 << wide;
     QTest::newRow("phone") << DEVICE_PHONE << phone;
     QTest::newRow("tablet") << DEVICE_TABLET << wide;
@@ -164,6 +178,46 @@ void tst_client_overview::busy_sign_is_centred_in_its_place()
     Client_Overview *view = world.open();
     const QLayoutItem *item = view->grid->itemAt(view->grid->indexOf(view->spinner_label));
     QCOMPARE(item->alignment(), Qt::AlignCenter);
+}
+
+void tst_client_overview::busy_sign_can_be_seen_and_clicked_through_data()
+{
+    add_device_classes();
+}
+
+void tst_client_overview::busy_sign_can_be_seen_and_clicked_through()
+{
+    QFETCH(int, device_class);
+    Overview_World world(device_class);
+    Client_Overview *view = world.open_and_show();
+    const QRect place = view->spinner_label->geometry();
+    const QRect on_button = place & view->group_button->geometry();
+    QCOMPARE(on_button.isEmpty(), device_class != DEVICE_PHONE);
+    QVERIFY(view->childAt(place.center()) != view->spinner_label);
+
+    const QRect watched = on_button.isEmpty() ? place : on_button;
+    const QImage with = view->grab(watched).toImage();
+    auto *invisible = new QGraphicsOpacityEffect;
+    invisible->setOpacity(0);
+    view->spinner_label->setGraphicsEffect(invisible);
+    QVERIFY(view->grab(watched).toImage() != with);
+}
+
+void tst_client_overview::tree_is_as_wide_as_the_view_on_every_class_data()
+{
+    add_device_classes();
+}
+
+void tst_client_overview::tree_is_as_wide_as_the_view_on_every_class()
+{
+    QFETCH(int, device_class);
+    Overview_World world(device_class);
+    Client_Overview *view = world.open_and_show();
+    const QMargins margins = view->grid->contentsMargins();
+    const int empty_columns = device_class == DEVICE_PHONE ? 2 : 0; // nothing but the space before each
+    QCOMPARE(view->tree->x(), margins.left());
+    QCOMPARE(view->tree->width(), view->width() - margins.left() - margins.right() -
+                                      empty_columns * view->grid->horizontalSpacing());
 }
 
 void tst_client_overview::banner_is_chosen_by_the_width_of_the_screen_data()

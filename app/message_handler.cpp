@@ -2,6 +2,7 @@
 #include "app/message_handler.h"
 
 #include <QByteArray>
+#include <QCoreApplication>
 #include <QMetaObject>
 #include <QString>
 #include <QTextEdit>
@@ -48,5 +49,9 @@ void message_handler(QtMsgType type, const QMessageLogContext &context, const QS
     if (type == QtFatalMsg)
         std::abort();
 
-    QMetaObject::invokeMethod(debug_console, [text] { debug_console->append(text); });
+    // The application's own end is logged too, when no widget can be laid out any more.
+    QMetaObject::invokeMethod(debug_console, [text] {
+        if (!QCoreApplication::closingDown())
+            debug_console->append(text);
+    });
 }

@@ -56,7 +56,11 @@ void act()
         QCoreApplication::processEvents();
     }
     tell_what_shows();
-    if (qstrcmp(user_deed, "close") == 0)
+    if (qstrcmp(user_deed, "close on the console") == 0) {
+        client->tabs->setCurrentIndex(client->debug_tab_index);
+        QCoreApplication::processEvents(); // it is laid out and painted
+    }
+    if (QByteArray(user_deed).startsWith("close"))
         client->close();
     else if (qstrcmp(user_deed, "exit with 3") == 0)
         QCoreApplication::exit(3);
@@ -237,6 +241,7 @@ void tst_startup::debug_on_ends_with_0_however_the_window_closes_data()
     QTest::addColumn<QString>("deed");
     QTest::newRow("quit") << "quit";
     QTest::newRow("close") << "close";
+    QTest::newRow("close on the console") << "close on the console";
 }
 
 void tst_startup::debug_on_ends_with_0_however_the_window_closes()

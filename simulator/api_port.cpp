@@ -21,7 +21,7 @@ QJsonValue with_wrong_types(const QJsonValue &value)
         return 7;
     case QJsonValue::Object: {
         QJsonArray array;
-        for (const QJsonValue &member : value.toObject())
+        for (const QJsonValue member : value.toObject())
             array.append(with_wrong_types(member));
         return array;
     }
@@ -92,14 +92,19 @@ void Api_Port::take(Http_Connection *connection, Http_Request request)
         emit event("!! the body is not JSON: " + request.json_error);
     record.add(request);
     const Held now{connection, request, object};
-    if (!faulty(request))
-        answer(now);
-    else if (faults.http == Http_Fault::hold)
+    switch (faulty(request) ? faults.http : Http_Fault::none) {
+    case Http_Fault::silent:
+        break;
+    case Http_Fault::hold:
         held.push_back(now);
-    else if (faults.http == Http_Fault::reset)
+        break;
+    case Http_Fault::reset:
         connection->reset();
-    else if (faults.http != Http_Fault::silent)
+        break;
+    default:
         answer(now);
+        break;
+    }
 }
 
 void Api_Port::answer(const Held &request)

@@ -77,7 +77,7 @@ QByteArray Host_Channel::carry_out(const QByteArray &line)
 {
     const int known_complaints = processor.complaints.size();
     const bool was_flashing = processor.flashing;
-    const QByteArray frame = processor.take(line);
+    QByteArray frame = processor.take(line);
     for (int i = known_complaints; i < processor.complaints.size(); i++)
         emit event("!! " + processor.complaints.at(i));
     if (processor.flashing && !was_flashing)

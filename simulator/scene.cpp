@@ -77,7 +77,7 @@ const Json_Keys<Wlan_Network> &network_keys()
 
 bool read_networks(const QJsonValue &value, Scene::Speaker &speaker, QString &reason)
 {
-    for (const QJsonValue &entry : value.toArray()) {
+    for (const QJsonValue entry : value.toArray()) {
         Wlan_Network network;
         if (!read_json_keys(entry, network_keys(), network, reason))
             return refuse(reason, QString("no. %1: %2").arg(speaker.config.networks.size() + 1).arg(reason));
@@ -166,7 +166,7 @@ bool is_new(const Speaker_Config &speaker, const QList<Scene::Speaker> &others, 
 
 bool read_speakers(const QJsonValue &value, Scene &scene, QString &reason)
 {
-    for (const QJsonValue &entry : value.toArray()) {
+    for (const QJsonValue entry : value.toArray()) {
         Scene::Speaker speaker;
         if (!read_json_keys(entry, speaker_keys(), speaker, reason) ||
             !check_speaker(speaker.config, reason) || !is_new(speaker.config, scene.speakers, reason))

@@ -43,6 +43,7 @@ void tst_Event_Log::lines_of_many_threads_stay_whole()
     constexpr int lines = 50;
     Log_File file;
     std::vector<std::thread> writers;
+    writers.reserve(threads);
     for (int i = 0; i < threads; i++)
         writers.emplace_back([&file, i] {
             for (int k = 0; k < lines; k++)

@@ -161,7 +161,7 @@ void tst_Http_Faults::every_value_may_have_a_wrong_type()
     give("http", "wrong-types");
     const QJsonObject device = client->post(device_path, info).json();
     QCOMPARE(device.keys(), (QStringList{"devicename", "firmware", "hardware", "model"}));
-    for (const QJsonValue &value : device)
+    for (const QJsonValue value : device)
         QVERIFY(!value.isString());
     const QJsonObject network = client->post(network_path, info).json();
     QVERIFY(network.value("wlan").isArray());

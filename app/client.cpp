@@ -13,6 +13,8 @@
 #include "overview/client_overview.h"
 #include "settings/client_settings_air.h"
 #include "settings/client_settings_debug.h"
+#include "settings/client_settings_sub.h"
+#include "settings/client_settings_sub_eq.h"
 
 Client::Client(QWidget *parent)
     : QDialog(parent)
@@ -38,8 +40,10 @@ bool Client::has_fixed_tabs()
 
 void Client::add_debug_tabs()
 {
-    if (settings->value("debug").toBool())
-        debug_tab_index = tabs->addTab(new Client_Settings_Debug(this), "DEBUG");
+    if (!settings->value("debug").toBool())
+        return;
+    debug_tab_index = tabs->addTab(new Client_Settings_Debug(this), "DEBUG");
+    show_hood(nullptr);
 }
 
 void Client::add_fixed_tabs()
@@ -47,9 +51,17 @@ void Client::add_fixed_tabs()
     if (!has_fixed_tabs())
         return;
 
+    const auto add_fixed_tab = [this](QWidget *tab, const QString &title) {
+        const int index = tabs->addTab(tab, title);
+        tabs->setTabEnabled(index, false);
+        return index;
+    };
     air_tab = new Client_Settings_Air(this, nullptr, nullptr);
-    air_tab_index = tabs->addTab(air_tab, "Air");
-    tabs->setTabEnabled(air_tab_index, false);
+    air_tab_index = add_fixed_tab(air_tab, "Air");
+    sub_tab = new Client_Settings_Sub(this, nullptr);
+    sub_tab_index = add_fixed_tab(sub_tab, "Sub");
+    eq_tab = new Client_Settings_Sub_EQ(this, nullptr);
+    eq_tab_index = add_fixed_tab(eq_tab, "EQ");
 }
 
 void Client::done(int result)

@@ -9,6 +9,7 @@ class Client_Settings_Sub_EQ;
 class Device_Desc;
 class QResizeEvent;
 class QTabWidget;
+class Virelo_Sub;
 
 // The main window: one tab widget, the overview as tab 0. Tabs are added as speakers are opened and are never
 // removed or rebuilt, so that stored indices never shift; index 0 in a field below means that there is no
@@ -28,6 +29,11 @@ public:
 
     // Each operation is defined beside the tab that it opens.
     void show_air(Device_Desc *device);
+    void show_sub(Device_Desc *device);
+    int show_eq(Virelo_Sub *sub); // index of the tab, as the others with a result
+    int show_profiles(Virelo_Sub *control, const QString &title);
+    void show_group(Device_Desc *device); // null, as below
+    int show_hood(Device_Desc *device);   // null where no speaker is selected; each call adds a tab
     void show_empty(Device_Desc *device); // null opens a tab that belongs to no record
 
     static bool has_fixed_tabs();

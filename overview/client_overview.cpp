@@ -16,6 +16,7 @@
 #include "device/device_desc.h"
 #include "device/speaker_types.h"
 #include "overview/busy_label.h"
+#include "overview/client_group.h"
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzpushbutton.h"
@@ -285,9 +286,13 @@ void Client_Overview::item_clicked(QTreeWidgetItem *item, int column)
 void Client_Overview::open_tab(Device_Desc *device)
 {
     const Virelos *control = device->control;
-    if (!control || device->is_group || control->type == TYPE_SUB)
+    if (!control)
         return;
-    if (control->type == TYPE_UNKNOWN)
+    if (device->is_group)
+        client->show_group(device);
+    else if (control->type == TYPE_SUB)
+        client->show_sub(device);
+    else if (control->type == TYPE_UNKNOWN)
         client->show_empty(device);
     else
         client->show_air(device);
@@ -300,7 +305,10 @@ void Client_Overview::UpdateClicked()
 
 void Client_Overview::GroupClicked()
 {
-    selected_device();
+    if (Device_Desc *device = selected_device()) {
+        group_dialog = new Client_Group(device, nullptr);
+        group_dialog->show();
+    }
 }
 
 void Client_Overview::WlansClicked()
@@ -362,4 +370,5 @@ void Client_Overview::hoodTimer()
     qDebug() << "quit Hold Timer expired!";
     // Before the tab shows: the change of tab takes the focus, and that releases the button.
     quit_blocked = true;
+    client->show_hood(selected);
 }

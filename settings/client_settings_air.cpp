@@ -87,14 +87,6 @@ const Air_Layout &air_layout()
     }
 }
 
-// Index of the entry with that letter. A letter that no entry has gives the index behind the last of
-// `letters`; a combo without such an entry then shows none.
-int letter_index(std::string_view letters, char letter)
-{
-    const auto found = letters.find(letter);
-    return static_cast<int>(found == std::string_view::npos ? letters.size() : found);
-}
-
 void add_widget(QGridLayout *grid, QWidget *widget, const Place &place, Qt::Alignment alignment = {})
 {
     grid->addWidget(widget, place.row, place.column, place.row_span, place.column_span, alignment);

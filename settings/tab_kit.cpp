@@ -10,6 +10,7 @@
 #include <limits>
 
 #include "control/virelos.h"
+#include "device/speaker_types.h"
 #include "settings/rzslider.h"
 #include "settings/volume_steps.h"
 
@@ -24,6 +25,17 @@ void start_mute_timer(QTimer *timer, int seconds)
         timer->start(static_cast<int>(qMin<qint64>(ms, std::numeric_limits<int>::max())));
 }
 } // namespace
+
+QString speaker_title(const Virelos *speaker)
+{
+    return "<b>" + speaker->name + "</b> (" + model_name(speaker->type) + ")";
+}
+
+int letter_index(std::string_view letters, char letter)
+{
+    const auto found = letters.find(letter);
+    return static_cast<int>(found == std::string_view::npos ? letters.size() : found);
+}
 
 void add_caption(QGridLayout *grid, int row, const QString &text)
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStringList>
+#include <string_view>
 
 class QComboBox;
 class QDial;
@@ -15,6 +16,13 @@ class Virelos;
 
 // What the settings tabs build alike. The widgets are new and have no parent: the layout gives them one. GUI
 // thread only.
+
+// "<b>NAME</b> (MODEL)" of the speaker.
+QString speaker_title(const Virelos *speaker);
+
+// Index of the entry with that letter. A letter that no entry has gives the index behind the last of
+// `letters`; a combo without such an entry then shows none.
+int letter_index(std::string_view letters, char letter);
 
 void add_caption(QGridLayout *grid, int row, const QString &text); // right-aligned in column 0
 void add_spacer(QGridLayout *grid, int row, const QString &text);  // a label alone in its row

@@ -23,7 +23,7 @@
 
 Client_Settings_Group::Client_Settings_Group(Client *client, Virelo_Group *group)
     : Client_Settings(client, group)
-    , group_control(group)
+    , group_control(sender_device ? group : nullptr) // a group without a sender is none to operate
     , grid(new QGridLayout)
 {
     take_sender();
@@ -39,7 +39,7 @@ Client_Settings_Group::Client_Settings_Group(Client *client, Virelo_Group *group
 
 void Client_Settings_Group::take_sender()
 {
-    Virelos *sender = sender_device ? sender_device->control : nullptr;
+    Virelos *sender = group_control ? sender_device->control : nullptr;
     if (!sender)
         return;
     is_sub = sender->type == TYPE_SUB;
@@ -56,7 +56,7 @@ void Client_Settings_Group::take_sender()
 void Client_Settings_Group::build_names()
 {
     const QString group_name = group_control ? group_control->name : QString();
-    const QString sender_name = sender_device ? sender_device->name : QString();
+    const QString sender_name = group_control ? sender_device->name : QString();
     add_caption(grid, 1, tr("Selected Group:"));
     grid->addWidget(new QLabel("<b>" + group_name + "</b>"), 1, 1);
     grid->addWidget(new QLabel(tr("Selected Input") + " (at " + sender_name + "):"), 2, 0, 1, 2,
@@ -144,9 +144,9 @@ void Client_Settings_Group::sliderValueChanged(int value)
 
 // Stores the letter in the sender's wanted input. Of exclusive buttons the one that lost reports false, and
 // that does nothing; a subwoofer has no input for two of them.
-void Client_Settings_Group::choose_input(const char *slot_name, bool state, char letter, bool for_sub)
+void Client_Settings_Group::choose_input(const char *log_text, bool state, char letter, bool for_sub)
 {
-    qDebug().nospace() << "Client_Settings_Group::" << slot_name << "(" << (state ? "true" : "false") << ")";
+    qDebug() << log_text << (state ? "true" : "false") << ")";
     if (!state)
         return;
     if (master_air) {
@@ -160,22 +160,22 @@ void Client_Settings_Group::choose_input(const char *slot_name, bool state, char
 
 void Client_Settings_Group::source0Toggled(bool state)
 {
-    choose_input("source0Toggled", state, 'W', true);
+    choose_input("Client_Settings_Group::source0Toggled(", state, 'W', true);
 }
 
 void Client_Settings_Group::source1Toggled(bool state)
 {
-    choose_input("source1Toggled", state, 'D', true);
+    choose_input("Client_Settings_Group::source1Toggled(", state, 'D', true);
 }
 
 void Client_Settings_Group::source2Toggled(bool state)
 {
-    choose_input("source2Toggled", state, 'd', false);
+    choose_input("Client_Settings_Group::source2Toggled(", state, 'd', false);
 }
 
 void Client_Settings_Group::sourceAutoToggled(bool state)
 {
-    choose_input("sourceAutoToggled", state, 'A', false);
+    choose_input("Client_Settings_Group::sourceAutoToggled(", state, 'A', false);
 }
 
 void Client_Settings_Group::muteToggled(bool state)

@@ -26,8 +26,8 @@ class Client_Settings_Group : public Client_Settings
 public:
     Client_Settings_Group(Client *client, Virelo_Group *group);
 
-    QTimer *mute_timer = nullptr; // the latest timed mute; null when none ran or after it expired
-    Virelo_Group *group_control;
+    QTimer *mute_timer = nullptr;     // the latest timed mute; null when none ran or after it expired
+    Virelo_Group *group_control;      // null also where there was no sender
     bool is_sub = false;              // the sender is a subwoofer
     Virelo_Air *master_air = nullptr; // the sender's control object, by its kind
     Virelo_Sub *master_sub = nullptr;
@@ -62,6 +62,6 @@ private:
     void build_sources();
     void build_volume();
     void connect_controls(Client *client);
-    void choose_input(const char *slot_name, bool state, char letter, bool for_sub);
+    void choose_input(const char *log_text, bool state, char letter, bool for_sub);
     void show_volume();
 };

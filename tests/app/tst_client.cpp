@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QDialog>
+#include <QPushButton>
 #include <QSettings>
 #include <QTabWidget>
 #include <QTest>
@@ -13,8 +14,10 @@
 #include "app/globals.h"
 #include "app/rzplattform.h"
 #include "overview/client_overview.h"
+#include "settings/client_hood.h"
 #include "settings/client_settings_debug.h"
 #include "tests/overview/overview_world.h"
+#include "zeroconf/qzeroconf.h"
 
 // The main window and the tabs that it starts with; how tabs are opened is tested beside them.
 class tst_client : public QObject
@@ -24,6 +27,8 @@ class tst_client : public QObject
 private slots:
     void starts_with_one_tab_when_debug_is_off();
     void starts_with_the_debug_tab_when_debug_is_on();
+    void starts_in_the_service_tab_when_debug_is_on();
+    void the_service_tab_turns_debug_on_for_the_next_window();
     void debug_setting_changed_at_run_time_changes_no_tab();
     void debug_setting_is_read_again_by_the_window();
     void window_has_title_and_start_size_data();
@@ -61,6 +66,39 @@ void tst_client::starts_with_the_debug_tab_when_debug_is_on()
     QVERIFY(tab);
     QVERIFY(tab->isAncestorOf(debug_console));
     QVERIFY(client->tabs->isTabEnabled(1));
+}
+
+void tst_client::starts_in_the_service_tab_when_debug_is_on()
+{
+    Overview_World world;
+    world.set_debug(true);
+    world.open();
+    QCOMPARE(client->tabs->count(), 3);
+    QCOMPARE(client->tabs->tabText(2), QString("HOOD"));
+    QCOMPARE(client->tabs->currentIndex(), 2);
+    auto *tab = qobject_cast<Client_Hood *>(client->tabs->widget(2));
+    QVERIFY(tab);
+    QVERIFY(!tab->device);
+    QVERIFY(tab->debug_button->isChecked());
+}
+
+void tst_client::the_service_tab_turns_debug_on_for_the_next_window()
+{
+    Overview_World world;
+    world.open();
+    client->show_hood(nullptr);
+    auto *tab = qobject_cast<Client_Hood *>(client->tabs->widget(1));
+    QVERIFY(!tab->debug_button->isChecked());
+    QTest::mouseClick(tab->debug_button, Qt::LeftButton);
+    QCOMPARE(client->tabs->count(), 2); // this window stays as it is
+    QVERIFY(!debug_enabled);
+
+    QZeroConf *const zeroconf = overview->zeroConf;
+    delete client;
+    delete zeroconf;
+    world.open();
+    QCOMPARE(client->tabs->count(), 3);
+    QCOMPARE(client->tabs->tabText(client->tabs->currentIndex()), QString("HOOD"));
 }
 
 void tst_client::debug_setting_changed_at_run_time_changes_no_tab()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTest>
 
 #include "app/client.h"
@@ -15,10 +16,10 @@ class tst_client_overview_hold : public QObject
     Q_OBJECT
 
 private slots:
-    void quit_held_for_2_s_does_not_quit();
+    void quit_held_for_2_s_opens_the_service_tab_and_does_not_quit();
 };
 
-void tst_client_overview_hold::quit_held_for_2_s_does_not_quit()
+void tst_client_overview_hold::quit_held_for_2_s_opens_the_service_tab_and_does_not_quit()
 {
     Overview_World world;
     world.open_and_show();
@@ -29,6 +30,7 @@ void tst_client_overview_hold::quit_held_for_2_s_does_not_quit()
     QVERIFY(held.elapsed() >= 1900); // a coarse timer may be 5 % early
     QTest::mouseRelease(overview->quit_button, Qt::LeftButton);
     QVERIFY(client->isVisible());
+    QCOMPARE(client->tabs->tabText(client->tabs->currentIndex()), QString("HOOD"));
 }
 
 QTEST_MAIN(tst_client_overview_hold)

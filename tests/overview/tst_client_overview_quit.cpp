@@ -2,12 +2,14 @@
 #include <QFile>
 #include <QPushButton>
 #include <QSettings>
+#include <QTabWidget>
 #include <QTest>
 #include <QTimer>
 
 #include "app/client.h"
 #include "app/globals.h"
 #include "overview/client_overview.h"
+#include "settings/client_hood.h"
 #include "settings/rzpushbutton.h"
 #include "tests/overview/overview_world.h"
 
@@ -84,6 +86,8 @@ private slots:
     void each_press_starts_a_timer_of_its_own();
     void expired_timer_blocks_the_release();
     void hood_timer_blocks_quitting();
+    void expired_timer_opens_the_service_tab_for_the_last_clicked_row();
+    void each_hold_opens_one_more_service_tab();
     void press_ends_an_earlier_block();
     void reported_hold_blocks_the_release();
     void input_query_swallows_one_release();
@@ -200,6 +204,41 @@ void tst_client_overview_quit::hood_timer_blocks_quitting()
     QVERIFY(overview->quit_blocked);
     release();
     QVERIFY(client->isVisible());
+}
+
+void tst_client_overview_quit::expired_timer_opens_the_service_tab_for_the_last_clicked_row()
+{
+    Overview_World world;
+    world.open_and_show();
+    Device_Desc *kitchen = world.add_record("Kitchen", nullptr); // not identified yet
+    overview->update_tree_widget();
+    Overview_World::click(Overview_World::row(0));
+    press();
+    overview->hood_timer->start(0); // the two seconds, shortened
+    QTRY_COMPARE(client->tabs->count(), 2);
+    QCOMPARE(client->tabs->tabText(1), QString("HOOD"));
+    QCOMPARE(client->tabs->currentIndex(), 1);
+    auto *tab = qobject_cast<Client_Hood *>(client->tabs->widget(1));
+    QVERIFY(tab);
+    QCOMPARE(tab->device, kitchen);
+    release();
+    QVERIFY(client->isVisible());
+}
+
+void tst_client_overview_quit::each_hold_opens_one_more_service_tab()
+{
+    Overview_World world;
+    world.open_and_show();
+    for (int hold = 1; hold <= 2; ++hold) {
+        client->tabs->setCurrentIndex(0);
+        press();
+        overview->hood_timer->start(0); // the two seconds, shortened
+        QTRY_COMPARE(client->tabs->count(), 1 + hold);
+        QCOMPARE(client->tabs->currentIndex(), hold);
+        QVERIFY(!qobject_cast<Client_Hood *>(client->tabs->widget(hold))->device);
+        QTest::mouseRelease(client, Qt::LeftButton);
+        QVERIFY(client->isVisible());
+    }
 }
 
 void tst_client_overview_quit::press_ends_an_earlier_block()

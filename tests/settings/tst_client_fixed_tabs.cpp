@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <QLabel>
+#include <QPushButton>
 #include <QSettings>
 #include <QTabWidget>
 #include <QTextEdit>
@@ -10,9 +11,13 @@
 #include "app/globals.h"
 #include "app/rzplattform.h"
 #include "device/device_desc.h"
+#include "device/speaker_types.h"
 #include "settings/client_settings_air.h"
+#include "settings/client_settings_sub.h"
+#include "settings/client_settings_sub_eq.h"
 #include "settings/rzslider.h"
 #include "tests/settings/probe_air.h"
+#include "tests/settings/probe_sub.h"
 
 // Opening a speaker where one fixed tab of a kind is pointed at the chosen one.
 class tst_client_fixed_tabs : public QObject
@@ -30,12 +35,20 @@ private slots:
     void opening_a_speaker_points_the_tab_at_it();
     void opening_another_points_the_same_tab_at_that_one();
     void the_tabs_are_painted_anew_before_the_tab_is_selected();
+    void a_phone_starts_with_disabled_sub_and_eq_tabs();
+    void opening_a_subwoofer_points_the_tab_at_it();
+    void opening_another_subwoofer_pulls_its_volume_to_within_10();
+    void the_eq_button_points_the_eq_tab_at_the_subwoofer();
+    void a_second_equaliser_points_the_same_tab_at_that_one();
+    void sub_and_eq_are_painted_anew_before_they_are_selected();
+    void other_tabs_are_added_behind_the_fixed_ones();
 
 private:
     void make_client(int device_class);
 
     std::unique_ptr<Probe_Air> kitchen_air, bathroom_air;
-    std::unique_ptr<Device_Desc> kitchen, bathroom;
+    std::unique_ptr<Probe_Sub> cellar_sub, attic_sub;
+    std::unique_ptr<Device_Desc> kitchen, bathroom, cellar, attic;
 };
 
 void tst_client_fixed_tabs::initTestCase()
@@ -60,6 +73,16 @@ void tst_client_fixed_tabs::init()
     bathroom = std::make_unique<Device_Desc>(nullptr, false, QString());
     bathroom->set_name("Bathroom");
     bathroom->control = bathroom_air.get();
+    cellar_sub = std::make_unique<Probe_Sub>("Cellar");
+    cellar_sub->volume = 8;
+    attic_sub = std::make_unique<Probe_Sub>("Attic");
+    attic_sub->volume = 50;
+    cellar = std::make_unique<Device_Desc>(nullptr, false, QString());
+    cellar->set_name("Cellar");
+    cellar->control = cellar_sub.get();
+    attic = std::make_unique<Device_Desc>(nullptr, false, QString());
+    attic->set_name("Attic");
+    attic->control = attic_sub.get();
 }
 
 void tst_client_fixed_tabs::make_client(int device_class)
@@ -94,6 +117,10 @@ void tst_client_fixed_tabs::other_classes_have_no_fixed_tab()
     QCOMPARE(client->tabs->count(), 1);
     QCOMPARE(client->air_tab_index, 0);
     QVERIFY(!client->air_tab);
+    QCOMPARE(client->sub_tab_index, 0);
+    QVERIFY(!client->sub_tab);
+    QCOMPARE(client->eq_tab_index, 0);
+    QVERIFY(!client->eq_tab);
 
     client->show_air(kitchen.get());
     QCOMPARE(kitchen->tab_index, 1);
@@ -106,7 +133,11 @@ void tst_client_fixed_tabs::debug_tabs_stand_before_it()
     debug_console = new QTextEdit; // the DEBUG tab takes it along when it goes
     make_client(DEVICE_PHONE);
     QCOMPARE(client->debug_tab_index, 1);
-    QVERIFY(client->air_tab_index > 1);
+    QStringList titles;
+    for (int index = 1; index < client->tabs->count(); ++index)
+        titles << client->tabs->tabText(index);
+    QCOMPARE(titles, (QStringList{"DEBUG", "HOOD", "Air", "Sub", "EQ"}));
+    QCOMPARE(client->tabs->currentIndex(), 2);
     QCOMPARE(client->tabs->widget(client->air_tab_index), client->air_tab);
 }
 
@@ -152,12 +183,14 @@ public:
             selected.append(client->tabs->currentIndex());
             const QLabel *name = client->air_tab->name_label;
             names.append(name ? name->text() : QString());
+            others.append(client->sub_tab->speaker_label->text() + client->eq_tab->speaker_label->text());
         }
         return false;
     }
 
     QList<int> selected;
-    QStringList names;
+    QStringList names;  // on the Air tab
+    QStringList others; // on the Sub tab and on the EQ tab
 };
 
 void tst_client_fixed_tabs::the_tabs_are_painted_anew_before_the_tab_is_selected()
@@ -170,6 +203,108 @@ void tst_client_fixed_tabs::the_tabs_are_painted_anew_before_the_tab_is_selected
     client->show_air(kitchen.get());
     QCOMPARE(watch.selected.value(0, -1), 0);
     QCOMPARE(watch.names.value(0), QString("<b>Kitchen</b>"));
+}
+
+void tst_client_fixed_tabs::a_phone_starts_with_disabled_sub_and_eq_tabs()
+{
+    make_client(DEVICE_PHONE);
+    QCOMPARE(client->tabs->count(), 4);
+    QCOMPARE(client->sub_tab_index, 2);
+    QCOMPARE(client->tabs->widget(2), client->sub_tab);
+    QCOMPARE(client->tabs->tabText(2), QString("Sub"));
+    QVERIFY(!client->tabs->isTabEnabled(2));
+    QVERIFY(!client->sub_tab->control && !client->sub_tab->sub);
+    QCOMPARE(client->eq_tab_index, 3);
+    QCOMPARE(client->tabs->widget(3), client->eq_tab);
+    QCOMPARE(client->tabs->tabText(3), QString("EQ"));
+    QVERIFY(!client->tabs->isTabEnabled(3));
+    QVERIFY(!client->eq_tab->control && !client->eq_tab->sub);
+}
+
+void tst_client_fixed_tabs::opening_a_subwoofer_points_the_tab_at_it()
+{
+    make_client(DEVICE_PHONE);
+    client->show_sub(cellar.get());
+    QCOMPARE(client->tabs->count(), 4);
+    QCOMPARE(client->tabs->currentIndex(), 2);
+    QCOMPARE(client->tabs->tabText(2), QString("Cellar"));
+    QVERIFY(client->tabs->isTabEnabled(2));
+    QVERIFY(!client->tabs->isTabEnabled(3));
+    QCOMPARE(client->sub_tab->sub, cellar_sub.get());
+    QVERIFY(!client->sub_tab->control);
+    QCOMPARE(client->sub_tab->vol_slider->value(), 8);
+    QCOMPARE(cellar_sub->volume, 8);
+    QCOMPARE(cellar->tab_index, -1);
+}
+
+void tst_client_fixed_tabs::opening_another_subwoofer_pulls_its_volume_to_within_10()
+{
+    make_client(DEVICE_PHONE);
+    client->show_sub(cellar.get());
+    client->show_sub(attic.get());
+    QCOMPARE(client->tabs->count(), 4);
+    QCOMPARE(client->tabs->tabText(2), QString("Attic"));
+    QCOMPARE(client->sub_tab->vol_slider->value(), 18);
+    QCOMPARE(attic_sub->volume, 18);
+    QCOMPARE(cellar_sub->volume, 8);
+}
+
+void tst_client_fixed_tabs::the_eq_button_points_the_eq_tab_at_the_subwoofer()
+{
+    make_client(DEVICE_PHONE);
+    client->show_sub(cellar.get());
+    QTest::mouseClick(client->sub_tab->eq_button, Qt::LeftButton);
+    QCOMPARE(client->tabs->count(), 4);
+    QCOMPARE(client->tabs->currentIndex(), 3);
+    QCOMPARE(client->tabs->tabText(3), QString("EQ "));
+    QVERIFY(client->tabs->isTabEnabled(3));
+    QCOMPARE(client->eq_tab->sub, cellar_sub.get());
+    QCOMPARE(client->eq_tab->freq_slider->value(), 45);
+}
+
+void tst_client_fixed_tabs::a_second_equaliser_points_the_same_tab_at_that_one()
+{
+    make_client(DEVICE_PHONE);
+    QCOMPARE(client->show_eq(cellar_sub.get()), 3);
+    attic_sub->eq_frequ = 123;
+    QCOMPARE(client->show_eq(attic_sub.get()), 3);
+    QCOMPARE(client->eq_tab->sub, attic_sub.get());
+    QCOMPARE(client->eq_tab->freq_slider->value(), 123);
+    QCOMPARE(cellar_sub->eq_frequ, 45);
+    QCOMPARE(client->tabs->tabText(3), QString("EQ "));
+}
+
+void tst_client_fixed_tabs::sub_and_eq_are_painted_anew_before_they_are_selected()
+{
+    make_client(DEVICE_PHONE);
+    client->show();
+    QVERIFY(QTest::qWaitForWindowExposed(client));
+    const QString cellar_title = "<b>Cellar</b> (" + model_name(18) + ")";
+    Paint_Watch watch;
+    client->tabs->installEventFilter(&watch);
+    client->show_sub(cellar.get());
+    QCOMPARE(watch.selected.value(0, -1), 0);
+    QCOMPARE(watch.others.value(0), cellar_title + "<b>Name</b> (Model)");
+
+    client->tabs->setCurrentIndex(0);
+    QCoreApplication::processEvents();
+    watch.selected.clear();
+    watch.others.clear();
+    client->show_eq(cellar_sub.get());
+    QCOMPARE(watch.selected.value(0, -1), 0);
+    QCOMPARE(watch.others.value(0), cellar_title + cellar_title);
+}
+
+void tst_client_fixed_tabs::other_tabs_are_added_behind_the_fixed_ones()
+{
+    make_client(DEVICE_PHONE);
+    sender_device = kitchen.get();
+    Device_Desc group(nullptr, true, "Party");
+    client->show_group(&group);
+    QCOMPARE(group.tab_index, 4);
+    QCOMPARE(client->tabs->tabText(4), QString("Party"));
+    QCOMPARE(client->show_hood(kitchen.get()), 5);
+    sender_device = nullptr;
 }
 
 QTEST_MAIN(tst_client_fixed_tabs)

@@ -107,7 +107,6 @@ private slots:
     void the_speaker_label_shows_name_and_model_data();
     void the_speaker_label_shows_name_and_model();
     void every_control_shows_the_value_of_the_subwoofer();
-    void the_phase_reads_180_degrees_at_the_end();
     void letters_select_their_input_data();
     void letters_select_their_input();
     void a_slope_selects_its_entry_data();
@@ -324,14 +323,6 @@ void tst_client_settings_sub::every_control_shows_the_value_of_the_subwoofer()
     QVERIFY(!tab.mute_button->isChecked());
     QVERIFY(!tab.lock_button->isChecked());
     QVERIFY(!tab.mute_timer);
-}
-
-void tst_client_settings_sub::the_phase_reads_180_degrees_at_the_end()
-{
-    Probe_Sub sub;
-    sub.phase = 180;
-    const Client_Settings_Sub tab(nullptr, &sub);
-    QCOMPARE(tab.phase_label->text(), QString("180\u00b0"));
 }
 
 void tst_client_settings_sub::letters_select_their_input_data()

@@ -26,6 +26,7 @@ import tempfile
 import threading
 import time
 import unittest
+import urllib.request
 
 PATIENCE = 30  # seconds that a condition may take on a busy machine before the test gives up
 
@@ -176,6 +177,40 @@ class Speakers:
         return [text[3:] for text in self.events(name, start) if text.startswith("<- RZ")]
 
 
+class Speaker:
+    """Asks a virtual speaker on the lines that the program uses, for what it holds."""
+
+    def __init__(self, address):
+        self.address = address
+
+    def value(self, letters):
+        with socket.create_connection((self.address, 8990), PATIENCE) as link:
+            link.sendall(f"RZ?{letters}\n".encode())
+            answer = b""
+            while not answer.endswith(b"\r"):
+                part = link.recv(1000)
+                if not part:
+                    raise AssertionError(f"{self.address} does not tell {letters}: {answer!r}")
+                answer += part
+        return answer.decode().removeprefix("RZ#00").removesuffix("\r")
+
+    def await_value(self, letters, wanted):
+        await_condition(lambda: self.value(letters) == wanted,
+                        lambda: f"{self.address} has {letters} {wanted!r}, not {self.value(letters)!r}")
+
+    def _ask(self, path, action):
+        request = urllib.request.Request(f"http://{self.address}/api/v19/songcast/{path}.action",
+                                         json.dumps({"action": action}).encode())
+        with urllib.request.urlopen(request, timeout=PATIENCE) as reply:
+            return json.load(reply)
+
+    def sender(self):
+        return self._ask("sender", "status")
+
+    def receiver(self):
+        return self._ask("receiver", "state")
+
+
 class Wire:
     """Listens to the lab's one network device, for tests that compare bytes with bytes."""
 
@@ -311,19 +346,20 @@ class Probe:
 class Program:
     """The running program. What a user could see is read, and what he could do is done, through the probe."""
 
-    def __init__(self, scratch, locale="C.UTF-8", debug=False):
+    def __init__(self, scratch, locale="C.UTF-8", debug=False, home=None):
+        """`home` is that of an earlier program, with what it stored; `debug` must then be as it was left there."""
         self.scratch = pathlib.Path(tempfile.mkdtemp(dir=scratch))
-        home = self.scratch / "home"
-        home.mkdir()
-        self.settings_file = home / ".config" / "VIRELO" / "VireloApp.conf"
-        if debug:
+        self.home = home or self.scratch / "home"
+        self.home.mkdir(exist_ok=True)
+        self.settings_file = self.home / ".config" / "VIRELO" / "VireloApp.conf"
+        if debug and not home:
             self.settings_file.parent.mkdir(parents=True)
             self.settings_file.write_text("[General]\ndebug=true\n", encoding="utf-8")
         self.may_write_errors = debug
         probe_path = self.scratch / "probe"
         environment = {
             "PATH": os.environ["PATH"],
-            "HOME": str(home),
+            "HOME": str(self.home),
             "LC_ALL": locale,
             "DISPLAY": Display.name(),
             "XDG_RUNTIME_DIR": os.environ["XDG_RUNTIME_DIR"],
@@ -447,6 +483,21 @@ class Program:
 
     def type(self, widget, text):
         self.probe.ask("type", widget=widget["widget"], text=text)
+
+    def press(self, widget):
+        """The mouse button goes down on it, and stays there until release()."""
+        self.probe.ask("press", widget=widget["widget"])
+
+    def release(self, widget):
+        self.probe.ask("release", widget=widget["widget"])
+
+    def focus(self, widget):
+        """By the Tab key, which must lead there from wherever the focus is."""
+        for _ in range(50):
+            if [w for w in self.widgets() if w["widget"] == widget["widget"] and w["focus"]]:
+                return
+            self.key(widget, "Tab")
+        raise AssertionError(f"the focus does not come to {widget}")
 
     # What it needs
 

@@ -32,7 +32,7 @@ const QString unlink_body = receiver_path + R"( {"action": "unlink" })";
 QStringList posted(const Log_Capture &log)
 {
     static const QRegularExpression line(
-        R"re(^Device_Desc\( "(.*)" \)::_request\( "(?:http://[^/]*)?(.*)" , "(.*)" \) #\d+ started\.\.\.$)re");
+        R"re(^Device_Desc\( "(.*)" \)::_request\( "(?:http://[^/]*)?(.*)" , "(.*)" \) # \d+  started\.\.\.$)re");
     QStringList requests;
     for (const QString &text : log.debug_lines()) {
         const QRegularExpressionMatch match = line.match(text);

@@ -517,7 +517,9 @@ class Program:
         return self._names("task", lambda entry: (entry / "comm").read_text().strip())
 
     def descriptors(self):
-        return self._names("fd", lambda entry: re.sub(r"\d+", "N", os.readlink(entry)))
+        """Without the index of the icon theme, which Qt keeps open from the first box with standard buttons on."""
+        names = self._names("fd", lambda entry: re.sub(r"\d+", "N", os.readlink(entry)))
+        return [name for name in names if not name.endswith("/icon-theme.cache")]
 
     def counts(self):
         """Of threads and of descriptors, without those of the pool."""

@@ -173,17 +173,18 @@ QJsonArray Probe_Reader::widgets()
     QJsonArray result;
     const QWidgetList all = QApplication::allWidgets();
     for (QWidget *widget : all) {
-        QJsonObject object{{"widget", number(widget)},
-                           {"parent", number(widget->parentWidget())},
-                           {"window", number(widget->window())},
-                           {"class", QString::fromLatin1(widget->metaObject()->className())},
-                           {"is", class_chain(widget->metaObject())},
-                           {"name", widget->objectName()},
-                           {"visible", widget->isVisible()},
-                           {"enabled", widget->isEnabled()},
-                           {"focus", widget->hasFocus()},
-                           {"active", widget->isActiveWindow()},
-                           {"modal", widget->isModal()}};
+        QJsonObject object{
+            {"widget", number(widget)},
+            {"parent", number(widget->parentWidget())},
+            {"window", number(widget->window())},
+            {"class", QString::fromLatin1(widget->metaObject()->className())},
+            {"is", class_chain(widget->metaObject())},
+            {"name", widget->objectName()},
+            {"visible", widget->isVisible()},
+            {"enabled", widget->isEnabled()},
+            {"focus", widget->window()->focusWidget() == widget}, // no window manager makes one active
+            {"active", widget->isActiveWindow()},
+            {"modal", widget->isModal()}};
         add_rect(object, widget->mapToGlobal(QPoint(0, 0)), widget->size());
         add_content(object, widget);
         result.append(object);

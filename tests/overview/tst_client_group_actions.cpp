@@ -154,7 +154,7 @@ void tst_client_group_actions::init()
 
 void tst_client_group_actions::cleanup()
 {
-    QTRY_VERIFY(all_is_quiet());
+    QTRY_COMPARE(in_flight(), 0);
     dialog.reset();
     world.reset();
     kitchen.speaker.reset();
@@ -183,7 +183,7 @@ void tst_client_group_actions::create_group(const QString &name)
     Modal_User<QInputDialog> user([name](QInputDialog *box) { type_name(box, name); });
     QTest::mouseClick(dialog->dissolve_button, Qt::LeftButton);
     QVERIFY(user.met);
-    QTRY_VERIFY(all_is_quiet());
+    QTRY_COMPARE(in_flight(), 0);
 }
 
 void tst_client_group_actions::select(const QString &name)
@@ -243,7 +243,7 @@ void tst_client_group_actions::creating_makes_the_record_the_master_at_once()
     QVERIFY(dialog->isVisible());
     QCOMPARE(button_states(), (QList<bool>{true, false}));
 
-    QTRY_VERIFY(all_is_quiet());
+    QTRY_COMPARE(in_flight(), 0);
     QCOMPARE(bodies(*kitchen.speaker),
              QStringList{sender_path + R"( {"action": "enable", "groupname": "Party", "mode": 0 })"});
     QCOMPARE(kitchen.record->uuid, QString("uuid-Kitchen"));
@@ -327,7 +327,7 @@ void tst_client_group_actions::adding_links_and_adjusts_the_record_at_once()
     // The overview shows it without a new scan.
     QCOMPARE(row_names(), (QStringList{"Party", "Bath"}));
     QCOMPARE(overview_buttons(), (QList<bool>{false, false, false}));
-    QTRY_VERIFY(all_is_quiet());
+    QTRY_COMPARE(in_flight(), 0);
     QCOMPARE(hall.speaker->config().receiver_sender, QString("uuid-Kitchen"));
     QCOMPARE(bodies(*bath.speaker), QStringList());
 }
@@ -458,7 +458,7 @@ void tst_client_group_actions::a_failed_request_reaches_nobody()
     hall.speaker->stop();
     select("Hall");
     QTest::mouseClick(dialog->add_button, Qt::LeftButton);
-    QTRY_VERIFY(all_is_quiet());
+    QTRY_COMPARE(in_flight(), 0);
     QCOMPARE(hall.record->receiver_state, 1); // until the next scan brings the truth
     QCOMPARE(status_of("Hall"), QString("Group member"));
     QVERIFY(!QApplication::activeModalWidget());
@@ -488,7 +488,7 @@ void tst_client_group_actions::speakers_and_records_agree_after_each_step()
                 config.receiver_state != member->record->receiver_state)
                 return false;
         }
-        return all_is_quiet();
+        return in_flight() == 0;
     };
     create_group();
     QTRY_VERIFY(agree());

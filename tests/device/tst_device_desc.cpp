@@ -10,6 +10,7 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
+#include "tests/fakes/lock_watch.h"
 #include "tests/fakes/log_capture.h"
 
 namespace
@@ -441,11 +442,12 @@ void tst_device_desc::the_address_is_taken_under_its_mutex()
     service->ip = QHostAddress(own_loopback(2));
     QSemaphore held;
     QSemaphore asked;
+    const pid_t reader = gettid();
     const QScopedPointer<QThread> engine(QThread::create([&] {
         const QMutexLocker lock(&service->ip_mutex);
         held.release();
         asked.acquire();
-        QThread::msleep(50); // for whoever does not wait for the mutex
+        let_run_into_lock(reader);
         service->ip = peer->serverAddress();
     }));
     engine->start();

@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
+#include <memory>
 
 #include "tests/fakes/fake_dns_sd.h"
 #include "tests/fakes/log_capture.h"
@@ -111,4 +112,29 @@ struct Engine {
     QSignalSpy removed{&zeroconf, &QZeroConf::serviceRemoved};
     QSignalSpy errors{&zeroconf, &QZeroConf::error};
     QSignalSpy published{&zeroconf, &QZeroConf::servicePublished};
+};
+
+// What every test program of the engine holds: one engine for each test function, whose end must be clean.
+class Engine_Holder
+{
+protected:
+    void begin() { engine = std::make_unique<Engine>(); }
+    void begin_with_browse()
+    {
+        begin();
+        browse = engine->browse();
+        QCOMPARE(engine->log.warnings(), QStringList());
+        engine->log.clear();
+    }
+    void end()
+    {
+        const QStringList complaints = engine->log.warnings();
+        engine.reset();
+        QCOMPARE(complaints, QStringList());
+        QCOMPARE(fake_dns_sd::misuses(), QStringList());
+        QCOMPARE(fake_dns_sd::open_refs(), 0);
+    }
+
+    std::unique_ptr<Engine> engine;
+    DNSServiceRef browse = nullptr;
 };

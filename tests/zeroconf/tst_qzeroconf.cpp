@@ -9,20 +9,13 @@
 
 using fake_dns_sd::Kind;
 
-class tst_QZeroConf : public QObject
+class tst_QZeroConf : public QObject, private Engine_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { engine = std::make_unique<Engine>(); }
-    void cleanup()
-    {
-        const QStringList complaints = engine->log.warnings();
-        engine.reset();
-        QCOMPARE(complaints, QStringList());
-        QCOMPARE(fake_dns_sd::misuses(), QStringList());
-        QCOMPARE(fake_dns_sd::open_refs(), 0);
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void a_new_facade_knows_nothing_and_calls_nothing();
     void the_error_codes_are_minus_1_and_minus_3();
@@ -54,9 +47,6 @@ private Q_SLOTS:
 
     void the_end_releases_publish_then_browse_and_removes_every_service();
     void the_end_releases_resolvers_in_work();
-
-private:
-    std::unique_ptr<Engine> engine;
 };
 
 namespace

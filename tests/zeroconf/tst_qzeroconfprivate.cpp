@@ -2,32 +2,18 @@
 #include <QPointer>
 #include <QSocketNotifier>
 #include <QTest>
-#include <memory>
 
 #include "tests/zeroconf/engine_fixture.h"
 
 using fake_dns_sd::Kind;
 
-class tst_QZeroConfPrivate : public QObject
+class tst_QZeroConfPrivate : public QObject, private Engine_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        engine = std::make_unique<Engine>();
-        browse = engine->browse();
-        QCOMPARE(engine->log.warnings(), QStringList());
-        engine->log.clear();
-    }
-    void cleanup()
-    {
-        const QStringList complaints = engine->log.warnings();
-        engine.reset();
-        QCOMPARE(complaints, QStringList());
-        QCOMPARE(fake_dns_sd::misuses(), QStringList());
-        QCOMPARE(fake_dns_sd::open_refs(), 0);
-    }
+    void init() { begin_with_browse(); }
+    void cleanup() { end(); }
 
     void each_browse_reply_is_logged();
     void an_add_makes_a_record_and_starts_its_resolver();
@@ -62,10 +48,6 @@ private Q_SLOTS:
     void a_slot_on_removed_may_run_events();
     void a_slot_on_error_may_start_the_browse_again();
     void a_failure_behind_an_error_reply_spares_the_browse_started_meanwhile();
-
-private:
-    std::unique_ptr<Engine> engine;
-    DNSServiceRef browse = nullptr;
 };
 
 void tst_QZeroConfPrivate::each_browse_reply_is_logged()

@@ -7,30 +7,18 @@
 #include <atomic>
 #include <memory>
 
+#include "tests/fakes/lock_watch.h"
 #include "tests/zeroconf/engine_fixture.h"
 
 using fake_dns_sd::Kind;
 
-class tst_Resolver : public QObject
+class tst_Resolver : public QObject, private Engine_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        engine = std::make_unique<Engine>();
-        browse = engine->browse();
-        QCOMPARE(engine->log.warnings(), QStringList());
-        engine->log.clear();
-    }
-    void cleanup()
-    {
-        const QStringList complaints = engine->log.warnings();
-        engine.reset();
-        QCOMPARE(complaints, QStringList());
-        QCOMPARE(fake_dns_sd::misuses(), QStringList());
-        QCOMPARE(fake_dns_sd::open_refs(), 0);
-    }
+    void init() { begin_with_browse(); }
+    void cleanup() { end(); }
 
     void the_resolve_asks_with_the_time_limit_on_the_interface_of_the_record();
     void a_resolve_that_cannot_start_is_gone_silently();
@@ -66,10 +54,6 @@ private Q_SLOTS:
     void the_end_leaves_the_notifiers_disabled_and_disconnected();
     void the_end_takes_the_key_out_even_where_another_resolver_holds_it();
     void events_inside_a_slot_may_restart_the_query_that_called_it();
-
-private:
-    std::unique_ptr<Engine> engine;
-    DNSServiceRef browse = nullptr;
 };
 
 void tst_Resolver::the_resolve_asks_with_the_time_limit_on_the_interface_of_the_record()
@@ -293,13 +277,13 @@ void tst_Resolver::the_address_is_written_under_its_mutex()
 {
     const DNSServiceRef address = Engine::resolve(engine->come("Left"));
     const QZeroConfService service = engine->resolver_of("Left")->zcs;
+    const pid_t writer = gettid();
     std::atomic<bool> locked{false};
     std::atomic<bool> seen_unwritten{false};
     const std::unique_ptr<QThread> reader(QThread::create([&] {
         const QMutexLocker lock(&service->ip_mutex);
         locked = true;
-        // Time enough for a write that does not respect the mutex.
-        QThread::msleep(50);
+        let_run_into_lock(writer);
         seen_unwritten = service->ip.isNull();
     }));
     reader->start();

@@ -20,4 +20,23 @@ public:
     }
 };
 
-inline const Lines start_up_reads = {"RZ?MO\n", "RZ?LO\n", "RZ?MT\n"};
+// What the tests of the worker hold.
+class Bare_Control_Holder : protected Control_Holder<Bare_Control>
+{
+protected:
+    void begin()
+    {
+        Control_Holder::begin();
+        make(13, "Kitchen");
+    }
+
+    // Keeps the worker in the 150 ms of a command.
+    void make_busy()
+    {
+        control->mt = control->mt + 1;
+        control->wake();
+        QVERIFY(speaker->wait_for_host_lines(start_up_reads.size() + 1));
+    }
+
+    Lines lines_after_start_up() const { return speaker->host_lines().mid(start_up_reads.size()); }
+};

@@ -7,10 +7,12 @@
 #include <QList>
 #include <QMetaMethod>
 #include <QMutexLocker>
+#include <QSet>
 #include <QStringList>
 #include <QTcpSocket>
 #include <QTest>
 #include <QThread>
+#include <QTimer>
 #include <functional>
 #include <linux/tcp.h>
 #include <memory>
@@ -22,10 +24,14 @@
 #include "control/virelos.h"
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
+#include "tests/fakes/log_capture.h"
 
 // What the tests of the control objects share.
 
 using Lines = QList<QByteArray>;
+
+// What a worker asks for first.
+inline const Lines start_up_reads = {"RZ?MO\n", "RZ?LO\n", "RZ?MT\n"};
 
 // A configuration on the first address of this process, answering queries with `values`.
 inline Speaker_Config speaker_at_home(int type = 13, const QMap<QString, QString> &values = {})
@@ -104,3 +110,54 @@ inline QStringList own_slots(const QMetaObject &meta)
     }
     return signatures;
 }
+
+// What a test program of a control object holds: for each test function a log, and once made a speaker and
+// the object under test on it.
+template<class Control>
+class Control_Holder
+{
+protected:
+    void begin() { log = std::make_unique<Log_Capture>(); }
+
+    void make(int type, const QString &name, const QMap<QString, QString> &values = {})
+    {
+        speaker = std::make_unique<Virtual_Speaker>(speaker_at_home(type, values));
+        QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+        control = std::make_unique<Control>(type, own_loopback(1), name);
+    }
+
+    // Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
+    void end_worker()
+    {
+        control->terminate();
+        QVERIFY(speaker->wait_for_host_open(0));
+    }
+
+    void end()
+    {
+        if (control) {
+            control->terminate();
+            delete control->link; // of a flash
+        }
+        control.reset();
+        speaker.reset();
+        QCOMPARE(log->warnings(), QStringList());
+        log.reset();
+    }
+
+    // Runs an action that makes the control object. Gives the counts of the queries that had been sent each
+    // time events were processed: each time a timer of 0 ms fires once.
+    QSet<int> queries_sent_at_events(const std::function<void()> &action) const
+    {
+        QSet<int> counts;
+        QTimer timer;
+        QObject::connect(&timer, &QTimer::timeout, [&] { counts.insert(speaker->host_lines().size()); });
+        timer.start(0);
+        action();
+        return counts;
+    }
+
+    std::unique_ptr<Log_Capture> log;
+    std::unique_ptr<Virtual_Speaker> speaker;
+    std::unique_ptr<Control> control;
+};

@@ -6,17 +6,16 @@
 #include <memory>
 #include <thread>
 
-#include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
+#include "tests/control/link_fixture.h"
 
 // The host link against a virtual speaker: frames, replies and what flashing needs.
-class tst_serial_wifi : public QObject
+class tst_serial_wifi : public QObject, private Link_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void the_constructor_stores_its_arguments_and_connects();
 
@@ -70,29 +69,8 @@ private:
         bool fence_stands() const { return fence == Fenced_Reply().fence; }
     };
 
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<serial_wifi> link;
     qintptr socket_of_link = -1;
 };
-
-void tst_serial_wifi::init()
-{
-    log = std::make_unique<Log_Capture>();
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home());
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    link = open_link_to(own_loopback(1));
-    QVERIFY(link->connected);
-    QVERIFY(speaker->wait_for_host_open(1));
-}
-
-void tst_serial_wifi::cleanup()
-{
-    link.reset();
-    speaker.reset();
-    QCOMPARE(log->warnings(), QStringList());
-    log.reset();
-}
 
 // Has another thread's read taken the `total` bytes that the speaker has sent so far?
 bool tst_serial_wifi::wait_until_read(quint64 total)
@@ -401,8 +379,6 @@ void tst_serial_wifi::read_reply_copies_what_came_and_zeroes_the_rest()
     QCOMPARE(link->host_socket->bytesAvailable(), 0);
 }
 
-// The log line of a command comes between its write and the look at `reconnect`: what it sets there is a drop
-// within the write.
 // A link of the GUI thread, as it is used in flash mode.
 void tst_serial_wifi::prepare_xon_sets_the_flow_state()
 {

@@ -3,17 +3,16 @@
 #include <QTest>
 #include <memory>
 
-#include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
+#include "tests/control/link_fixture.h"
 
 // The states of the host link, and the ways from one to the next: open, broken, dead, closed.
-class tst_serial_wifi_recovery : public QObject
+class tst_serial_wifi_recovery : public QObject, private Link_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void a_refused_at_channel_leaves_the_host_channel_untried();
     void a_refused_host_channel_drops_the_at_channel();
@@ -36,30 +35,7 @@ private Q_SLOTS:
     void bytes_written_right_before_the_deletion_arrive();
     void a_deleted_link_closes_both_channels();
     void many_reconnects_leave_no_descriptor_behind();
-
-private:
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<serial_wifi> link;
 };
-
-void tst_serial_wifi_recovery::init()
-{
-    log = std::make_unique<Log_Capture>();
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home());
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    link = open_link_to(own_loopback(1));
-    QVERIFY(link->connected);
-    QVERIFY(speaker->wait_for_host_open(1));
-}
-
-void tst_serial_wifi_recovery::cleanup()
-{
-    link.reset();
-    speaker.reset();
-    QCOMPARE(log->warnings(), QStringList());
-    log.reset();
-}
 
 void tst_serial_wifi_recovery::a_refused_at_channel_leaves_the_host_channel_untried()
 {
@@ -126,6 +102,8 @@ void tst_serial_wifi_recovery::a_command_goes_out_again_as_long_as_links_drop()
     QCOMPARE(speaker->host_connections().accepted, 5);
 }
 
+// The log line of a command comes between its write and the look at `reconnect`: what it sets there is a drop
+// within the write.
 void tst_serial_wifi_recovery::a_command_that_drops_again_and_again_is_paced()
 {
     constexpr int drops = 4;

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include <QSet>
 #include <QTest>
-#include <QTimer>
 #include <climits>
 #include <memory>
 
 #include "control/virelo_air.h"
 #include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
+#include "tests/control/volume_rows.h"
 
 using Number = int Virelo_Air::*;
 using Letter = char Virelo_Air::*;
@@ -16,23 +14,27 @@ Q_DECLARE_METATYPE(Letter)
 
 namespace
 {
-constexpr int base_reads = 3; // of run: mute, lock and the MT value
-
 const QMap<QString, QString> reported = {{"IN", "B"},  {"vo", "37"},  {"ba", "2"}, {"pl", "W"},
                                          {"ro", "n"},  {"ga", "-5"},  {"gw", "3"}, {"g1", "-1"},
                                          {"g2", "12"}, {"td", "8000"}};
 const Lines reads = {"RZ?IN\n", "RZ?vo\n", "RZ?ba\n", "RZ?pl\n", "RZ?ro\n",
                      "RZ?ga\n", "RZ?gw\n", "RZ?g1\n", "RZ?g2\n", "RZ?td\n"};
+
+// A speaker that nobody answers for: its object is made at once and starts with zeroes.
+std::unique_ptr<Virelo_Air> unreachable_air()
+{
+    return std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+}
 } // namespace
 
 // The values of a full-range speaker: start-up reads, setters and what goes out for them.
-class tst_Virelo_Air : public QObject
+class tst_Virelo_Air : public QObject, private Control_Holder<Virelo_Air>
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void slots_stand_in_their_order();
     void the_constructor_reads_in_the_order_of_the_table();
@@ -66,43 +68,10 @@ private Q_SLOTS:
     void the_last_of_many_values_is_the_one_that_counts();
 
 private:
-    void end();
-    void make(const QMap<QString, QString> &values = reported);
-    Lines written() const { return speaker->host_lines().mid(reads.size() + base_reads); }
-
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<Virelo_Air> control;
+    using Control_Holder::make;
+    void make() { make(13, "Kitchen", reported); }
+    Lines written() const { return speaker->host_lines().mid(reads.size() + start_up_reads.size()); }
 };
-
-void tst_Virelo_Air::init()
-{
-    log = std::make_unique<Log_Capture>();
-}
-
-void tst_Virelo_Air::cleanup()
-{
-    if (control)
-        control->terminate();
-    control.reset();
-    speaker.reset();
-    QCOMPARE(log->warnings(), QStringList());
-    log.reset();
-}
-
-// Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
-void tst_Virelo_Air::end()
-{
-    control->terminate();
-    QVERIFY(speaker->wait_for_host_open(0));
-}
-
-void tst_Virelo_Air::make(const QMap<QString, QString> &values)
-{
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home(13, values));
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    control = std::make_unique<Virelo_Air>(13, own_loopback(1), "Kitchen");
-}
 
 void tst_Virelo_Air::slots_stand_in_their_order()
 {
@@ -175,20 +144,14 @@ void tst_Virelo_Air::the_constructor_opens_one_link_and_closes_it()
     QCOMPARE(speaker->host_connections().accepted, 1);
 }
 
-// A timer of 0 ms fires once each time events are processed; the queries sent so far tell where that was.
 void tst_Virelo_Air::events_are_processed_before_each_read_but_bass()
 {
-    QSet<int> queries_sent;
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, [&] { queries_sent.insert(speaker->host_lines().size()); });
-    timer.start(0);
-    make();
-    QCOMPARE(queries_sent, (QSet<int>{0, 1, 3, 4, 5, 6, 7, 8, 9, 10}));
+    QCOMPARE(queries_sent_at_events([this] { make(); }), (QSet<int>{0, 1, 3, 4, 5, 6, 7, 8, 9, 10}));
 }
 
 void tst_Virelo_Air::a_speaker_that_cannot_be_reached_reads_as_0()
 {
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     QCOMPARE(control->volume, 0);
     QCOMPARE(control->volume_sent, 0);
     QCOMPARE(control->time_delay, 0);
@@ -235,7 +198,7 @@ void tst_Virelo_Air::a_letter_is_taken_by_its_index()
     QFETCH(Letter, field);
     QFETCH(int, index);
     QFETCH(char, letter);
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     (*control).*field = '?';
     QVERIFY(QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection, Q_ARG(int, index)));
     QCOMPARE((*control).*field, letter);
@@ -244,21 +207,14 @@ void tst_Virelo_Air::a_letter_is_taken_by_its_index()
 
 void tst_Virelo_Air::volume_is_clamped_data()
 {
-    QTest::addColumn<int>("asked");
-    QTest::addColumn<int>("stored");
-    for (int volume : {0, 1, 37, 99, 100})
-        QTest::addRow("%d", volume) << volume << volume;
-    for (int volume : {-1, -3, INT_MIN})
-        QTest::addRow("%d", volume) << volume << 0;
-    for (int volume : {101, 150, INT_MAX})
-        QTest::addRow("%d", volume) << volume << 100;
+    volumes_to_clamp();
 }
 
 void tst_Virelo_Air::volume_is_clamped()
 {
     QFETCH(int, asked);
     QFETCH(int, stored);
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     control->set_volume(asked);
     QCOMPARE(control->volume, stored);
     QCOMPARE(control->get_volume(), stored);
@@ -268,16 +224,7 @@ void tst_Virelo_Air::volume_is_clamped()
 
 void tst_Virelo_Air::a_volume_change_is_clamped_data()
 {
-    QTest::addColumn<int>("before");
-    QTest::addColumn<int>("difference");
-    QTest::addColumn<int>("after");
-    QTest::newRow("up") << 37 << 3 << 40;
-    QTest::newRow("down") << 37 << -3 << 34;
-    QTest::newRow("to the top") << 99 << 5 << 100;
-    QTest::newRow("far down") << 37 << -200 << 0;
-    QTest::newRow("as far down as can be") << 37 << INT_MIN << 0;
-    QTest::newRow("as far up as can be") << 37 << INT_MAX << 100;
-    QTest::newRow("from a reported value beyond all range") << INT_MAX << INT_MAX << 100;
+    volume_changes_to_clamp();
 }
 
 void tst_Virelo_Air::a_volume_change_is_clamped()
@@ -285,7 +232,7 @@ void tst_Virelo_Air::a_volume_change_is_clamped()
     QFETCH(int, before);
     QFETCH(int, difference);
     QFETCH(int, after);
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     control->volume = before;
     control->change_volume(difference);
     QCOMPARE(control->volume, after);
@@ -322,7 +269,7 @@ void tst_Virelo_Air::a_number_out_of_range_has_no_effect()
     QFETCH(int, value);
     QFETCH(bool, taken);
     constexpr int before = 4711;
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     (*control).*field = before;
     QVERIFY(QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection, Q_ARG(int, value)));
     QCOMPARE((*control).*field, taken ? value : before);
@@ -331,7 +278,7 @@ void tst_Virelo_Air::a_number_out_of_range_has_no_effect()
 
 void tst_Virelo_Air::setters_log_what_they_were_given()
 {
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     const int before = log->debug_lines().size();
     control->set_volume(150);
     control->Bass(9);
@@ -387,7 +334,7 @@ void tst_Virelo_Air::one_pass_sends_in_the_order_of_the_table()
     control->volume = 5;
     control->input = 'A';
     control->wake();
-    end();
+    end_worker();
     const Lines expected = {"RZ!INA\n",   "RZ!vo005\n", "RZ!ba0\n",   "RZ!plC\n",    "RZ!roD\n", "RZ!ga012\n",
                             "RZ!gw-12\n", "RZ!ga001\n", "RZ!ga002\n", "RZ!td8191\n", "RZ!MO\n"};
     QCOMPARE(written(), expected);
@@ -411,7 +358,7 @@ void tst_Virelo_Air::the_gains_of_the_inputs_are_written_as_the_main_gain()
     make();
     QVERIFY(start_worker(*control));
     QVERIFY(QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection, Q_ARG(int, 7)));
-    end();
+    end_worker();
     QCOMPARE(written(), Lines{"RZ!ga007\n"});
     QCOMPARE((*control).*sent, 7);
     QCOMPARE(control->gain, -5);
@@ -424,7 +371,7 @@ void tst_Virelo_Air::a_volume_frame_is_logged()
     QVERIFY(start_worker(*control));
     control->set_volume(5);
     control->Bass(1);
-    end();
+    end_worker();
     QCOMPARE(log->debug_lines().filter("Virelo_Air::transmit_function()"),
              QStringList("Virelo_Air::transmit_function() 005"));
 }
@@ -437,13 +384,13 @@ void tst_Virelo_Air::ten_volumes_while_the_worker_is_busy_are_one_frame()
     QVERIFY(speaker->wait_for_host_line("RZ!ba0\n"));
     for (int volume = 41; volume <= 50; ++volume)
         control->set_volume(volume);
-    end();
+    end_worker();
     QCOMPARE(written(), (Lines{"RZ!ba0\n", "RZ!vo050\n"}));
 }
 
 void tst_Virelo_Air::a_pass_serves_one_wake()
 {
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     control->wake();
     control->wake();
     control->transmit_function();
@@ -457,7 +404,7 @@ void tst_Virelo_Air::a_pass_serves_one_wake()
 // A link that was never connected makes passes quick, so that they meet the stores at every point.
 void tst_Virelo_Air::the_last_of_many_values_is_the_one_that_counts()
 {
-    control = std::make_unique<Virelo_Air>(13, own_loopback(2), "Kitchen");
+    control = unreachable_air();
     QVERIFY(start_worker(*control));
     for (int i = 0; i <= 2000; ++i) {
         control->set_volume(i % 101);

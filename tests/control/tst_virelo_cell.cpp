@@ -2,38 +2,23 @@
 #include <QTest>
 
 #include "control/virelo_cell.h"
-#include "tests/control/control_fixture.h"
-#include "tests/control/fan_out_checks.h"
+#include "tests/control/fan_out_test.h"
 
 // What is asked of a cell reaches every listed speaker.
-class tst_Virelo_Cell : public QObject
+class tst_Virelo_Cell : public Fan_Out_Test
 {
     Q_OBJECT
 
+private:
+    std::unique_ptr<Virelos> make() const override { return std::make_unique<Virelo_Cell>(14, "Home"); }
+    int &own_volume(Virelos &control) const override
+    {
+        return static_cast<Virelo_Cell &>(control).cell_volume;
+    }
+
 private Q_SLOTS:
     void the_constructor_stores_its_arguments();
-    void slots_stand_in_their_order();
-    void every_operation_reaches_all_in_the_order_of_the_list();
-    void a_volume_is_clamped_before_it_is_passed_on_data();
-    void a_volume_is_clamped_before_it_is_passed_on();
-    void a_change_is_passed_on_as_an_absolute_volume_data();
-    void a_change_is_passed_on_as_an_absolute_volume();
-    void an_empty_list_stores_the_volume();
-    void a_record_without_control_is_passed_over();
-    void slots_call_the_operations();
-    void a_list_that_changes_meanwhile_is_walked_as_it_was();
-    void a_pass_serves_all_wakes();
 };
-
-namespace
-{
-struct Checked_Control {
-    Virelo_Cell control{14, "Home"};
-    Fan_Out_Checks<Virelo_Cell> checks{control, &Virelo_Cell::cell_volume, "Virelo_Cell"};
-
-    Fan_Out_Checks<Virelo_Cell> *operator->() { return &checks; }
-};
-} // namespace
 
 void tst_Virelo_Cell::the_constructor_stores_its_arguments()
 {
@@ -44,66 +29,6 @@ void tst_Virelo_Cell::the_constructor_stores_its_arguments()
     QCOMPARE(control.cell_volume, 0);
     QVERIFY(!control.link);
     QVERIFY(!control.isRunning());
-}
-
-void tst_Virelo_Cell::slots_stand_in_their_order()
-{
-    QCOMPARE(own_slots(Virelo_Cell::staticMetaObject), Fan_Out_Checks<Virelo_Cell>::slot_order());
-}
-
-void tst_Virelo_Cell::every_operation_reaches_all_in_the_order_of_the_list()
-{
-    Checked_Control()->every_operation_reaches_all_in_the_order_of_the_list();
-}
-
-void tst_Virelo_Cell::a_volume_is_clamped_before_it_is_passed_on_data()
-{
-    Fan_Out_Checks<Virelo_Cell>::volumes();
-}
-
-void tst_Virelo_Cell::a_volume_is_clamped_before_it_is_passed_on()
-{
-    QFETCH(int, asked);
-    QFETCH(int, stored);
-    Checked_Control()->a_volume_is_clamped_before_it_is_passed_on(asked, stored);
-}
-
-void tst_Virelo_Cell::a_change_is_passed_on_as_an_absolute_volume_data()
-{
-    Fan_Out_Checks<Virelo_Cell>::changes();
-}
-
-void tst_Virelo_Cell::a_change_is_passed_on_as_an_absolute_volume()
-{
-    QFETCH(int, before);
-    QFETCH(int, difference);
-    QFETCH(int, after);
-    Checked_Control()->a_change_is_passed_on_as_an_absolute_volume(before, difference, after);
-}
-
-void tst_Virelo_Cell::an_empty_list_stores_the_volume()
-{
-    Checked_Control()->an_empty_list_stores_the_volume();
-}
-
-void tst_Virelo_Cell::a_record_without_control_is_passed_over()
-{
-    Checked_Control()->a_record_without_control_is_passed_over();
-}
-
-void tst_Virelo_Cell::slots_call_the_operations()
-{
-    Checked_Control()->slots_call_the_operations();
-}
-
-void tst_Virelo_Cell::a_list_that_changes_meanwhile_is_walked_as_it_was()
-{
-    Checked_Control()->a_list_that_changes_meanwhile_is_walked_as_it_was();
-}
-
-void tst_Virelo_Cell::a_pass_serves_all_wakes()
-{
-    Checked_Control()->a_pass_serves_all_wakes();
 }
 
 QTEST_GUILESS_MAIN(tst_Virelo_Cell)

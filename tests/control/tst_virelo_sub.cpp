@@ -1,21 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include <QSet>
 #include <QTest>
-#include <QTimer>
 #include <climits>
 #include <memory>
 
 #include "control/virelo_sub.h"
 #include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
+#include "tests/control/volume_rows.h"
 
 using Number = int Virelo_Sub::*;
 Q_DECLARE_METATYPE(Number)
 
 namespace
 {
-constexpr int base_reads = 3; // of run: mute, lock and the MT value
-
 const QMap<QString, QString> reported = {{"ai", "X"},   {"vo", "37"}, {"fg", "80"}, {"fs", "18"},
                                          {"fh", "25"},  {"ph", "90"}, {"po", "1"},  {"eq", "1"},
                                          {"ef", "120"}, {"eQ", "4"},  {"eg", "-7"}};
@@ -30,13 +26,13 @@ std::unique_ptr<Virelo_Sub> unreachable_sub()
 } // namespace
 
 // The values of a subwoofer: start-up reads, setters and what goes out for them.
-class tst_Virelo_Sub : public QObject
+class tst_Virelo_Sub : public QObject, private Control_Holder<Virelo_Sub>
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void slots_stand_in_their_order();
     void the_constructor_reads_in_the_order_of_the_table();
@@ -71,43 +67,10 @@ private Q_SLOTS:
     void the_last_of_many_values_is_the_one_that_counts();
 
 private:
-    void end();
-    void make(const QMap<QString, QString> &values = reported);
-    Lines written() const { return speaker->host_lines().mid(reads.size() + base_reads); }
-
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<Virelo_Sub> control;
+    using Control_Holder::make;
+    void make() { make(18, "Cellar", reported); }
+    Lines written() const { return speaker->host_lines().mid(reads.size() + start_up_reads.size()); }
 };
-
-void tst_Virelo_Sub::init()
-{
-    log = std::make_unique<Log_Capture>();
-}
-
-void tst_Virelo_Sub::cleanup()
-{
-    if (control)
-        control->terminate();
-    control.reset();
-    speaker.reset();
-    QCOMPARE(log->warnings(), QStringList());
-    log.reset();
-}
-
-// Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
-void tst_Virelo_Sub::end()
-{
-    control->terminate();
-    QVERIFY(speaker->wait_for_host_open(0));
-}
-
-void tst_Virelo_Sub::make(const QMap<QString, QString> &values)
-{
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home(18, values));
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    control = std::make_unique<Virelo_Sub>(18, own_loopback(1), "Cellar");
-}
 
 void tst_Virelo_Sub::slots_stand_in_their_order()
 {
@@ -173,29 +136,23 @@ void tst_Virelo_Sub::the_constructor_opens_one_link_and_closes_it()
     QCOMPARE(speaker->host_connections().accepted, 1);
 }
 
-// A timer of 0 ms fires once each time events are processed; the queries sent so far tell where that was.
 void tst_Virelo_Sub::events_are_processed_before_each_read_but_volume()
 {
-    QSet<int> queries_sent;
-    QTimer timer;
-    connect(&timer, &QTimer::timeout, [&] { queries_sent.insert(speaker->host_lines().size()); });
-    timer.start(0);
-    make();
-    QCOMPARE(queries_sent, (QSet<int>{0, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
+    QCOMPARE(queries_sent_at_events([this] { make(); }), (QSet<int>{0, 2, 3, 4, 5, 6, 7, 8, 9, 10}));
 }
 
 void tst_Virelo_Sub::a_high_pass_of_0_is_off_and_opens_at_20()
 {
     auto values = reported;
     values["fh"] = "0";
-    make(values);
+    make(18, "Cellar", values);
     QCOMPARE(control->hp_enabled, 0);
     QCOMPARE(control->hp_enabled_sent, 0);
     QCOMPARE(control->frequ_hp, 20);
     QCOMPARE(control->frequ_hp_sent, 20);
     QVERIFY(start_worker(*control));
     control->wake();
-    end();
+    end_worker();
     QCOMPARE(written(), Lines());
 }
 
@@ -240,14 +197,7 @@ void tst_Virelo_Sub::an_input_is_taken_by_its_index()
 
 void tst_Virelo_Sub::volume_is_clamped_data()
 {
-    QTest::addColumn<int>("asked");
-    QTest::addColumn<int>("stored");
-    for (int volume : {0, 1, 37, 99, 100})
-        QTest::addRow("%d", volume) << volume << volume;
-    for (int volume : {-1, INT_MIN})
-        QTest::addRow("%d", volume) << volume << 0;
-    for (int volume : {101, 150, INT_MAX})
-        QTest::addRow("%d", volume) << volume << 100;
+    volumes_to_clamp();
 }
 
 void tst_Virelo_Sub::volume_is_clamped()
@@ -263,14 +213,7 @@ void tst_Virelo_Sub::volume_is_clamped()
 
 void tst_Virelo_Sub::a_volume_change_is_clamped_data()
 {
-    QTest::addColumn<int>("before");
-    QTest::addColumn<int>("difference");
-    QTest::addColumn<int>("after");
-    QTest::newRow("up") << 37 << 3 << 40;
-    QTest::newRow("down") << 37 << -40 << 0;
-    QTest::newRow("to the top") << 99 << 5 << 100;
-    QTest::newRow("as far down as can be") << 0 << INT_MIN << 0;
-    QTest::newRow("as far up as can be") << 100 << INT_MAX << 100;
+    volume_changes_to_clamp();
 }
 
 void tst_Virelo_Sub::a_volume_change_is_clamped()
@@ -348,7 +291,7 @@ void tst_Virelo_Sub::each_value_is_written_in_its_format()
     make();
     QVERIFY(start_worker(*control));
     QVERIFY(QMetaObject::invokeMethod(control.get(), slot, Qt::DirectConnection, Q_ARG(int, argument)));
-    end();
+    end_worker();
     QCOMPARE(written(), Lines{line});
 }
 
@@ -377,7 +320,7 @@ void tst_Virelo_Sub::a_stored_value_is_written_in_its_format()
     QVERIFY(start_worker(*control));
     (*control).*field = value;
     control->wake();
-    end();
+    end_worker();
     QCOMPARE(written(), Lines{line});
 }
 
@@ -400,7 +343,7 @@ void tst_Virelo_Sub::one_pass_sends_in_the_order_of_the_table()
     control->profile_save = 2;
     control->profile_load = 1;
     control->wake();
-    end();
+    end_worker();
     const Lines expected = {"RZ!Pl 1\n",  "RZ!Ps 2\n", "RZ!INL\n",   "RZ!vo000\n", "RZ!fg180\n",
                             "RZ!fs06\n",  "RZ!fh30\n", "RZ!ph180\n", "RZ!po0\n",   "RZ!eq0\n",
                             "RZ!ef200\n", "RZ!eQ10\n", "RZ!eg-24\n", "RZ!MO\n"};
@@ -417,7 +360,7 @@ void tst_Virelo_Sub::switching_the_high_pass_sends_0_and_the_frequency_again()
     QVERIFY(speaker->wait_for_host_line("RZ!fh00\n"));
     control->hpChanged(2);
     QVERIFY(speaker->wait_for_host_line("RZ!fh25\n"));
-    end();
+    end_worker();
     QCOMPARE(written(), (Lines{"RZ!fh00\n", "RZ!fh25\n"}));
     QCOMPARE(control->frequ_hp, 25);
 }
@@ -429,7 +372,7 @@ void tst_Virelo_Sub::frequency_and_switch_of_the_high_pass_send_fh_twice()
     control->frequ_hp = 30;
     control->hp_enabled = 0;
     control->wake();
-    end();
+    end_worker();
     QCOMPARE(written(), (Lines{"RZ!fh30\n", "RZ!fh00\n"}));
 }
 
@@ -440,7 +383,7 @@ void tst_Virelo_Sub::profile_requests_are_cleared_when_they_have_been_sent()
     control->profile_load = 1;
     control->profile_save = 2;
     control->wake();
-    end();
+    end_worker();
     QCOMPARE(control->profile_load, 0);
     QCOMPARE(control->profile_save, 0);
     QCOMPARE(written(), (Lines{"RZ!Pl 1\n", "RZ!Ps 2\n"}));
@@ -454,7 +397,7 @@ void tst_Virelo_Sub::ten_volumes_while_the_worker_is_busy_are_one_frame()
     QVERIFY(speaker->wait_for_host_line("RZ!po0\n"));
     for (int volume = 41; volume <= 50; ++volume)
         control->set_volume(volume);
-    end();
+    end_worker();
     QCOMPARE(written(), (Lines{"RZ!po0\n", "RZ!vo050\n"}));
 }
 

@@ -1,19 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include <QTest>
-#include <memory>
 
 #include "control/virelo_unknown.h"
 #include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
 
 // A speaker of unknown type keeps what it is told and sends nothing.
-class tst_Virelo_Unknown : public QObject
+class tst_Virelo_Unknown : public QObject, private Control_Holder<Virelo_Unknown>
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        begin();
+        make(255, "Attic");
+    }
+    void cleanup()
+    {
+        QCOMPARE(speaker->host_connections().accepted, 0);
+        end();
+    }
 
     void the_constructor_stores_its_arguments_and_connects_nowhere();
     void slots_stand_in_their_order();
@@ -21,29 +27,7 @@ private Q_SLOTS:
     void a_pass_logs_and_serves_nothing();
     void mute_and_lock_are_kept();
     void direct_commands_do_nothing();
-
-private:
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<Virelo_Unknown> control;
 };
-
-void tst_Virelo_Unknown::init()
-{
-    log = std::make_unique<Log_Capture>();
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home());
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    control = std::make_unique<Virelo_Unknown>(255, own_loopback(1), "Attic");
-}
-
-void tst_Virelo_Unknown::cleanup()
-{
-    QCOMPARE(speaker->host_connections().accepted, 0);
-    QCOMPARE(log->warnings(), QStringList());
-    control.reset();
-    speaker.reset();
-    log.reset();
-}
 
 void tst_Virelo_Unknown::the_constructor_stores_its_arguments_and_connects_nowhere()
 {

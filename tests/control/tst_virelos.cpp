@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <QTest>
-#include <memory>
 
 #include "tests/control/bare_control.h"
-#include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
 
 // The worker and the values of every speaker, against a virtual speaker.
-class tst_Virelos : public QObject
+class tst_Virelos : public QObject, private Bare_Control_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void the_constructor_stores_its_arguments();
     void slots_stand_in_their_order();
@@ -39,49 +36,7 @@ private Q_SLOTS:
 
     void log_lines_mark_what_was_asked_data();
     void log_lines_mark_what_was_asked();
-
-private:
-    void end();
-    void make_busy();
-    Lines lines_after_start_up() const { return speaker->host_lines().mid(start_up_reads.size()); }
-
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<Bare_Control> control;
 };
-
-void tst_Virelos::init()
-{
-    log = std::make_unique<Log_Capture>();
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home());
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    control = std::make_unique<Bare_Control>(13, own_loopback(1), "Kitchen");
-}
-
-void tst_Virelos::cleanup()
-{
-    control->terminate();
-    delete control->link;
-    control.reset();
-    speaker.reset();
-    QCOMPARE(log->warnings(), QStringList());
-    log.reset();
-}
-
-// Ends the worker; when its link is closed on the other side too, the speaker has read all that was sent.
-void tst_Virelos::end()
-{
-    control->terminate();
-    QVERIFY(speaker->wait_for_host_open(0));
-}
-
-// Keeps the worker in the 150 ms of a command.
-void tst_Virelos::make_busy()
-{
-    control->mt = control->mt + 1;
-    control->wake();
-    QVERIFY(speaker->wait_for_host_lines(start_up_reads.size() + 1));
-}
 
 void tst_Virelos::the_constructor_stores_its_arguments()
 {
@@ -129,7 +84,7 @@ void tst_Virelos::run_takes_what_the_speaker_reports()
     control->beep = 1;
     control->ping = 1;
     QVERIFY(start_worker(*control));
-    end();
+    end_worker();
     QCOMPARE(control->mute, 1);
     QCOMPARE(control->mute_sent, 1);
     QCOMPARE(control->lock, 1);
@@ -171,7 +126,7 @@ void tst_Virelos::changes_made_before_the_reads_have_ended_are_overwritten()
     control->lockOn();
     control->Beep();
     control->Ping();
-    end();
+    end_worker();
     QCOMPARE(control->mute, 0);
     QCOMPARE(control->lock, 0);
     QCOMPARE(speaker->host_lines(), start_up_reads);
@@ -183,7 +138,7 @@ void tst_Virelos::a_speaker_that_cannot_be_reached_reads_as_0()
     control->mute = 7;
     control->lock_sent = 7;
     control->start();
-    end();
+    end_worker();
     QCOMPARE(control->mute, 0);
     QCOMPARE(control->mute_sent, 0);
     QCOMPARE(control->lock, 0);
@@ -259,7 +214,7 @@ void tst_Virelos::one_pass_sends_in_the_order_of_the_table()
     control->lock = 1;
     control->mute = 1;
     control->wake();
-    end();
+    end_worker();
     QCOMPARE(lines_after_start_up(), (Lines{"RZ!MO\n", "RZ!LO\n", "RZ!MT030\n", "RZ!BI1\n", "RZ!PI\n"}));
     QCOMPARE(control->mute_sent, 1);
     QCOMPARE(control->lock_sent, 1);
@@ -271,7 +226,7 @@ void tst_Virelos::requests_are_cleared_when_they_have_been_sent()
     QVERIFY(start_worker(*control));
     control->Beep();
     control->Ping();
-    end();
+    end_worker();
     QCOMPARE(control->beep, 0);
     QCOMPARE(control->ping, 0);
     QCOMPARE(speaker->beeps(), 1);
@@ -283,7 +238,7 @@ void tst_Virelos::surplus_wakes_send_nothing()
     QVERIFY(start_worker(*control));
     for (int i = 0; i < 100; ++i)
         control->wake();
-    end();
+    end_worker();
     QCOMPARE(speaker->host_lines(), start_up_reads);
     QCOMPARE(control->pending, 0);
 }
@@ -296,7 +251,7 @@ void tst_Virelos::a_value_set_back_in_time_is_not_sent()
     control->muteOn();
     control->lockOff();
     control->muteOff();
-    end();
+    end_worker();
     QCOMPARE(lines_after_start_up().mid(1), Lines());
 }
 
@@ -306,7 +261,7 @@ void tst_Virelos::two_beeps_before_the_worker_wakes_are_one()
     make_busy();
     control->Beep();
     control->Beep();
-    end();
+    end_worker();
     QCOMPARE(lines_after_start_up().mid(1), Lines{"RZ!BI1\n"});
 }
 
@@ -329,7 +284,7 @@ void tst_Virelos::a_failed_command_is_not_sent_again()
     QVERIFY2(speaker->start(), qPrintable(speaker->error()));
     speaker->clear_record();
     control->wake();
-    end();
+    end_worker();
     QCOMPARE(control->mute_sent, 1);
     QCOMPARE(speaker->host_bytes(), QByteArray());
 }
@@ -344,7 +299,6 @@ void tst_Virelos::a_dropped_link_is_recovered_without_the_worker()
     QCOMPARE(lines_after_start_up(), Lines{"RZ!MO\n"});
 }
 
-// The worker looks at quit when it wakes: what was stored before must not be left behind.
 void tst_Virelos::log_lines_mark_what_was_asked_data()
 {
     QTest::addColumn<QByteArray>("slot");

@@ -1,20 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include <QElapsedTimer>
 #include <QTest>
-#include <memory>
 
 #include "tests/control/bare_control.h"
-#include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
 
 // How the worker ends, what is sent beside it, and flashing behind it.
-class tst_Virelos_end : public QObject
+class tst_Virelos_end : public QObject, private Bare_Control_Holder
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void terminate_ends_the_worker_and_its_link();
     void terminate_sends_what_waits();
@@ -29,48 +26,7 @@ private Q_SLOTS:
     void flash_open_makes_a_link_of_its_own();
     void a_second_flash_closes_the_link_of_the_first();
     void flash_line_without_link_does_nothing();
-
-private:
-    void end();
-    void make_busy();
-    Lines lines_after_start_up() const { return speaker->host_lines().mid(start_up_reads.size()); }
-
-    std::unique_ptr<Log_Capture> log;
-    std::unique_ptr<Virtual_Speaker> speaker;
-    std::unique_ptr<Bare_Control> control;
 };
-
-void tst_Virelos_end::init()
-{
-    log = std::make_unique<Log_Capture>();
-    speaker = std::make_unique<Virtual_Speaker>(speaker_at_home());
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
-    control = std::make_unique<Bare_Control>(13, own_loopback(1), "Kitchen");
-}
-
-void tst_Virelos_end::cleanup()
-{
-    control->terminate();
-    delete control->link;
-    control.reset();
-    speaker.reset();
-    QCOMPARE(log->warnings(), QStringList());
-    log.reset();
-}
-
-void tst_Virelos_end::end()
-{
-    control->terminate();
-    QVERIFY(speaker->wait_for_host_open(0));
-}
-
-// Keeps the worker in the 150 ms of a command.
-void tst_Virelos_end::make_busy()
-{
-    control->mt = control->mt + 1;
-    control->wake();
-    QVERIFY(speaker->wait_for_host_lines(start_up_reads.size() + 1));
-}
 
 void tst_Virelos_end::terminate_ends_the_worker_and_its_link()
 {
@@ -91,11 +47,12 @@ void tst_Virelos_end::terminate_sends_what_waits()
     control->muteOn();
     control->lockOn();
     control->Ping();
-    end();
+    end_worker();
     // The pass that keeps the worker busy has gone by mute and lock: they are the next one's.
     QCOMPARE(lines_after_start_up().mid(1), (Lines{"RZ!PI\n", "RZ!MO\n", "RZ!LO\n"}));
 }
 
+// The worker looks at quit when it wakes: what was stored before must not be left behind.
 void tst_Virelos_end::terminate_sends_a_change_made_together_with_quit()
 {
     QVERIFY(start_worker(*control));
@@ -169,7 +126,7 @@ void tst_Virelos_end::a_direct_command_goes_ahead_of_queued_changes()
     control->lockOn();
     control->Ping();
     control->standby();
-    end();
+    end_worker();
     QCOMPARE(lines_after_start_up().mid(1), (Lines{"RZ!PF\n", "RZ!PI\n", "RZ!LO\n"}));
 }
 
@@ -180,7 +137,7 @@ void tst_Virelos_end::a_direct_command_without_link_does_nothing()
     control->flash();
     QCOMPARE(speaker->host_connections().accepted, 0);
     QVERIFY(start_worker(*control));
-    end();
+    end_worker();
     control->standby();
     control->powerOn();
     control->flash();
@@ -190,7 +147,7 @@ void tst_Virelos_end::a_direct_command_without_link_does_nothing()
 void tst_Virelos_end::flash_open_makes_a_link_of_its_own()
 {
     QVERIFY(start_worker(*control));
-    end();
+    end_worker();
     control->flash_open();
     QVERIFY(log->debug_lines().contains("\"Virelos::flash() ofKitchen\""));
     QVERIFY(control->link);

@@ -35,15 +35,10 @@ struct Wire_Value {
 
     constexpr Wire_Value(const char *read_as, bool events_first, const char *written_as, const char *format,
                          char Control::*wanted, char Control::*sent)
-        : read_as(read_as)
-        , events_first(events_first)
-        , written_as(written_as)
-        , format(format)
-        , wanted(nullptr)
-        , sent(nullptr)
-        , wanted_letter(wanted)
-        , sent_letter(sent)
+        : Wire_Value(read_as, events_first, written_as, format, static_cast<int Control::*>(nullptr), nullptr)
     {
+        wanted_letter = wanted;
+        sent_letter = sent;
     }
 
     // Stores what the speaker answers as wanted and sent alike, so that nothing is sent later. Without an

@@ -81,6 +81,12 @@ Virelos *make_control(int type, const QString &ip, const QString &name)
     return new Virelo_Air(type, ip, name);
 }
 
+QString address_of(QZeroConfServiceData &service)
+{
+    const QMutexLocker lock(&service.ip_mutex);
+    return service.ip.toString();
+}
+
 // Parts that are missing or no numbers count as 0, parts above 255 run over into the part before: nobody
 // refuses them here, and unsigned arithmetic keeps the result defined.
 quint32 address_number(const QString &dotted)
@@ -174,9 +180,7 @@ void Device_Desc::set_QZeroConfService(QZeroConfService zcs)
     qDebug() << "domain:" << zcs->domain;
     qDebug() << "host:" << zcs->host;
 
-    zcs->ip_mutex.lock();
-    const QString address = zcs->ip.toString();
-    zcs->ip_mutex.unlock();
+    const QString address = address_of(*zcs);
     qDebug() << "IP:" << address;
     qDebug() << "Port:" << zcs->port;
 

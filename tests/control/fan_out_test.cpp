@@ -8,7 +8,7 @@
 #include "app/globals.h"
 #include "device/device_desc.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/volume_rows.h"
+#include "tests/control/volume_checks.h"
 #include "tests/fakes/log_capture.h"
 
 namespace

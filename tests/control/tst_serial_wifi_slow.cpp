@@ -7,7 +7,6 @@
 
 #include "simulator/black_hole.h"
 #include "tests/control/control_fixture.h"
-#include "tests/fakes/log_capture.h"
 
 namespace
 {
@@ -33,6 +32,7 @@ private Q_SLOTS:
     void a_command_that_always_drops_is_given_up_5_s_after_the_thread_is_told_to_end();
 
 private:
+    void start_speaker();
     bool took_one_timeout() const
     {
         return timer.elapsed() >= timeout - 50 && timer.elapsed() <= timeout_at_most;
@@ -58,13 +58,19 @@ void tst_serial_wifi_slow::cleanup()
     log.reset();
 }
 
+// With the faults that the test has set.
+void tst_serial_wifi_slow::start_speaker()
+{
+    speaker->set_faults(faults);
+    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+}
+
 void tst_serial_wifi_slow::a_silent_at_channel_costs_5_s_and_the_host_channel_is_not_tried()
 {
     const Black_Hole hole(own_loopback(1), 8991);
     QVERIFY(hole.ok());
     faults.at_refused = true; // the hole stands in its place
-    speaker->set_faults(faults);
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     timer.start();
     const auto link = open_link_to(own_loopback(1));
     QVERIFY(took_one_timeout());
@@ -78,8 +84,7 @@ void tst_serial_wifi_slow::a_silent_host_channel_costs_5_s_and_drops_the_at_chan
     const Black_Hole hole(own_loopback(1), 8990);
     QVERIFY(hole.ok());
     faults.host_refused = true;
-    speaker->set_faults(faults);
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     timer.start();
     const auto link = open_link_to(own_loopback(1));
     QVERIFY(took_one_timeout());
@@ -94,8 +99,7 @@ void tst_serial_wifi_slow::a_silent_host_channel_costs_5_s_and_drops_the_at_chan
 void tst_serial_wifi_slow::a_query_without_answer_ends_after_5_s()
 {
     faults.host_silent = true;
-    speaker->set_faults(faults);
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     const auto link = open_link_to(own_loopback(1));
     char reply[serial_wifi::reply_size] = "untouched";
     timer.start();
@@ -107,7 +111,7 @@ void tst_serial_wifi_slow::a_query_without_answer_ends_after_5_s()
 
 void tst_serial_wifi_slow::a_reply_that_pauses_for_6_s_is_joined()
 {
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     const auto link = open_link_to(own_loopback(1));
     speaker->set_host_reply("vo", "RZ#00");
     std::thread peer([this] {
@@ -123,8 +127,7 @@ void tst_serial_wifi_slow::a_reply_that_pauses_for_6_s_is_joined()
 void tst_serial_wifi_slow::a_line_to_a_silent_host_costs_5_s()
 {
     faults.host_silent = true;
-    speaker->set_faults(faults);
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     const auto link = open_link_to(own_loopback(1));
     timer.start();
     QCOMPARE(link->send_line(":00000001FF\r\n"), 0);
@@ -135,8 +138,7 @@ void tst_serial_wifi_slow::a_line_to_a_silent_host_costs_5_s()
 void tst_serial_wifi_slow::query_uart_without_answer_ends_after_5_s()
 {
     faults.at_silent = true;
-    speaker->set_faults(faults);
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     const auto link = open_link_to(own_loopback(1));
     timer.start();
     QCOMPARE(link->query_uart(), 0);
@@ -148,7 +150,7 @@ void tst_serial_wifi_slow::query_uart_without_answer_ends_after_5_s()
 // within the write.
 void tst_serial_wifi_slow::a_command_that_always_drops_is_given_up_5_s_after_the_thread_is_told_to_end()
 {
-    QVERIFY2(speaker->start(), qPrintable(speaker->error()));
+    start_speaker();
     std::atomic<serial_wifi *> link{nullptr};
     std::atomic<bool> dropping{true};
     log->on_debug_line = [&](const QString &) {

@@ -5,7 +5,7 @@
 
 #include "control/virelo_air.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/volume_rows.h"
+#include "tests/control/volume_checks.h"
 
 using Number = int Virelo_Air::*;
 using Letter = char Virelo_Air::*;
@@ -212,14 +212,8 @@ void tst_Virelo_Air::volume_is_clamped_data()
 
 void tst_Virelo_Air::volume_is_clamped()
 {
-    QFETCH(int, asked);
-    QFETCH(int, stored);
     control = unreachable_air();
-    control->set_volume(asked);
-    QCOMPARE(control->volume, stored);
-    QCOMPARE(control->get_volume(), stored);
-    QCOMPARE(control->volume_sent, 0);
-    QCOMPARE(control->pending, 1);
+    check_clamped_volume(*control);
 }
 
 void tst_Virelo_Air::a_volume_change_is_clamped_data()
@@ -229,14 +223,8 @@ void tst_Virelo_Air::a_volume_change_is_clamped_data()
 
 void tst_Virelo_Air::a_volume_change_is_clamped()
 {
-    QFETCH(int, before);
-    QFETCH(int, difference);
-    QFETCH(int, after);
     control = unreachable_air();
-    control->volume = before;
-    control->change_volume(difference);
-    QCOMPARE(control->volume, after);
-    QCOMPARE(control->pending, 1);
+    check_clamped_volume_change(*control);
 }
 
 void tst_Virelo_Air::a_number_out_of_range_has_no_effect_data()

@@ -5,7 +5,7 @@
 
 #include "control/virelo_sub.h"
 #include "tests/control/control_fixture.h"
-#include "tests/control/volume_rows.h"
+#include "tests/control/volume_checks.h"
 
 using Number = int Virelo_Sub::*;
 Q_DECLARE_METATYPE(Number)
@@ -202,13 +202,8 @@ void tst_Virelo_Sub::volume_is_clamped_data()
 
 void tst_Virelo_Sub::volume_is_clamped()
 {
-    QFETCH(int, asked);
-    QFETCH(int, stored);
     control = unreachable_sub();
-    control->set_volume(asked);
-    QCOMPARE(control->volume, stored);
-    QCOMPARE(control->get_volume(), stored);
-    QCOMPARE(control->pending, 1);
+    check_clamped_volume(*control);
 }
 
 void tst_Virelo_Sub::a_volume_change_is_clamped_data()
@@ -218,14 +213,8 @@ void tst_Virelo_Sub::a_volume_change_is_clamped_data()
 
 void tst_Virelo_Sub::a_volume_change_is_clamped()
 {
-    QFETCH(int, before);
-    QFETCH(int, difference);
-    QFETCH(int, after);
     control = unreachable_sub();
-    control->volume = before;
-    control->change_volume(difference);
-    QCOMPARE(control->volume, after);
-    QCOMPARE(control->pending, 1);
+    check_clamped_volume_change(*control);
 }
 
 void tst_Virelo_Sub::a_setter_takes_its_range_alone_data()

@@ -4,7 +4,8 @@
 #include <QTest>
 #include <climits>
 
-// The rows of the tests of a volume, which every control object that has one clamps alike.
+// Rows and checks of the tests of a volume, which every control object that has one clamps alike. The checks
+// fetch a row of theirs; they are for a speaker that nobody answers for.
 
 inline void volumes_to_clamp()
 {
@@ -31,4 +32,28 @@ inline void volume_changes_to_clamp()
     QTest::newRow("as far down as can be") << 0 << INT_MIN << 0;
     QTest::newRow("as far up as can be") << 100 << INT_MAX << 100;
     QTest::newRow("from a reported value beyond all range") << INT_MAX << INT_MAX << 100;
+}
+
+template<class Speaker>
+void check_clamped_volume(Speaker &control)
+{
+    QFETCH(int, asked);
+    QFETCH(int, stored);
+    control.set_volume(asked);
+    QCOMPARE(control.volume, stored);
+    QCOMPARE(control.get_volume(), stored);
+    QCOMPARE(control.volume_sent, 0);
+    QCOMPARE(control.pending, 1);
+}
+
+template<class Speaker>
+void check_clamped_volume_change(Speaker &control)
+{
+    QFETCH(int, before);
+    QFETCH(int, difference);
+    QFETCH(int, after);
+    control.volume = before;
+    control.change_volume(difference);
+    QCOMPARE(control.volume, after);
+    QCOMPARE(control.pending, 1);
 }

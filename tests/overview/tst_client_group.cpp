@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QGridLayout>
 #include <QLabel>
+#include <QMessageBox>
 #include <QMetaMethod>
 #include <QMovie>
 #include <QPushButton>
@@ -14,6 +15,7 @@
 #include "overview/client_group.h"
 #include "overview/client_overview.h"
 #include "settings/rzpixmaplabel.h"
+#include "tests/overview/modal_user.h"
 #include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
 #include "tests/settings/marking_translator.h"
@@ -63,6 +65,7 @@ private slots:
     void for_a_member_its_row_comes_up_selected();
     void for_another_speaker_its_row_comes_up_selected();
     void for_the_groups_own_row_nothing_is_selected();
+    void a_row_is_selected_by_name_not_by_record();
     void without_other_speakers_the_tree_is_empty();
     void a_status_tells_members_from_others_data();
     void a_status_tells_members_from_others();
@@ -73,6 +76,7 @@ private slots:
     void without_a_selection_there_is_no_selected_air();
     void everything_has_its_text();
     void texts_are_translated_in_the_context_of_the_class();
+    void texts_of_the_actions_are_translated();
     void german_texts_stand_in_german();
     void the_picture_is_the_wide_one_above_2000_pixels();
     void the_busy_movie_is_there_and_hidden();
@@ -189,8 +193,21 @@ void tst_client_group::for_the_groups_own_row_nothing_is_selected()
     open(&group);
     QCOMPARE(dialog->master_label->text(), QString("Master"));
     QCOMPARE(rows_of(*dialog), QStringList{"Hall: Group member"});
+    QCOMPARE(selected_row(*dialog), QString());
     QCOMPARE(button_states(*dialog), (QList<bool>{false, false}));
     dialog.reset();
+}
+
+void tst_client_group::a_row_is_selected_by_name_not_by_record()
+{
+    // The same speaker once more, found at another address; the record itself is not in the tree.
+    make_group();
+    add("Hall");
+    add("Master");
+    open(master);
+    QCOMPARE(rows_of(*dialog), (QStringList{"Hall: Available", "Master: Available"}));
+    QCOMPARE(selected_row(*dialog), QString("Master"));
+    QCOMPARE(button_states(*dialog), (QList<bool>{true, false}));
 }
 
 void tst_client_group::without_other_speakers_the_tree_is_empty()
@@ -350,6 +367,37 @@ void tst_client_group::texts_are_translated_in_the_context_of_the_class()
     open(master);
     QCOMPARE(dialog->dissolve_button->text(), QString("#Dissolve Group"));
     QCOMPARE(rows_of(*dialog).last(), QString("Bath: #Group member"));
+}
+
+void tst_client_group::texts_of_the_actions_are_translated()
+{
+    Marking_Translator translator("Client_Group");
+    QCoreApplication::installTranslator(&translator);
+    add("Hall");
+    open(master);
+    QStringList seen;
+    Modal_User<QInputDialog> user([&seen](QInputDialog *box) {
+        seen = QStringList{box->windowTitle(), box->labelText(), box->textValue()};
+        type_name(box, "Party");
+    });
+    QTest::mouseClick(dialog->dissolve_button, Qt::LeftButton);
+    QCOMPARE(seen, (QStringList{"#Create Group", "#Group name:", "#VIRELO Group"}));
+    QCOMPARE(dialog->dissolve_button->text(), QString("#Dissolve Group"));
+    QCOMPARE(dialog->group_label->text(), QString("Party"));
+
+    click(*dialog, 0);
+    QTest::mouseClick(dialog->add_button, Qt::LeftButton);
+    QCOMPARE(rows_of(*dialog), QStringList{"Hall: #Group member"});
+    QTest::mouseClick(dialog->remove_button, Qt::LeftButton);
+    QCOMPARE(rows_of(*dialog), QStringList{"Hall: #Available"});
+
+    Modal_User<QMessageBox> reader([&seen](QMessageBox *box) {
+        seen = QStringList{box->windowTitle(), box->text(), box->buttons().value(0)->text()};
+        QTest::mouseClick(box->buttons().first(), Qt::LeftButton);
+    });
+    QVERIFY(QMetaObject::invokeMethod(dialog.get(), "dissolve_completed"));
+    QCOMPARE(seen, (QStringList{"#Info", "#Group dissolved", "#OK"}));
+    QTRY_COMPARE(in_flight(), 0);
 }
 
 void tst_client_group::german_texts_stand_in_german()

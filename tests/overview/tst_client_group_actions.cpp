@@ -8,9 +8,7 @@
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QTest>
-#include <QTimer>
 #include <QTreeWidget>
-#include <functional>
 #include <memory>
 
 #include "app/globals.h"
@@ -18,8 +16,10 @@
 #include "overview/client_overview.h"
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
+#include "tests/overview/modal_user.h"
 #include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
+#include "tests/overview/paint_log.h"
 
 namespace
 {
@@ -51,39 +51,6 @@ QStringList bodies(const Virtual_Speaker &speaker)
     return result;
 }
 
-// Answers the next modal box as a user would, and tells whether there was one.
-template<class Box>
-class Modal_User
-{
-public:
-    explicit Modal_User(const std::function<void(Box *)> &answer)
-    {
-        QObject::connect(&timer, &QTimer::timeout, [this, answer] {
-            if (auto *box = qobject_cast<Box *>(QApplication::activeModalWidget())) {
-                timer.stop();
-                met = true;
-                answer(box);
-            }
-        });
-        timer.start(1);
-    }
-    bool met = false;
-
-private:
-    QTimer timer;
-};
-
-void type_name(QInputDialog *box, const QString &name)
-{
-    auto *line = box->findChild<QLineEdit *>();
-    line->selectAll();
-    if (name.isEmpty())
-        QTest::keyClick(line, Qt::Key_Delete);
-    else
-        QTest::keyClicks(line, name);
-    QTest::keyClick(line, Qt::Key_Return);
-}
-
 QList<bool> overview_buttons()
 {
     return {overview->update_button->isEnabled(), overview->group_button->isEnabled(),
@@ -110,6 +77,9 @@ private slots:
     void adding_links_and_adjusts_the_record_at_once();
     void adding_before_the_reply_links_to_an_empty_uuid();
     void removing_unlinks_and_leaves_the_sender_noted();
+    void removing_with_nothing_selected_does_nothing();
+    void each_action_paints_at_once_what_it_changed();
+    void creating_paints_the_enabled_button_at_once();
     void an_item_without_record_only_swaps_the_buttons();
     void adding_after_another_dialog_dissolved_does_nothing();
     void dissolving_asks_the_master_twice_and_each_member_once();
@@ -360,6 +330,49 @@ void tst_client_group_actions::removing_unlinks_and_leaves_the_sender_noted()
     QCOMPARE(overview_buttons(), (QList<bool>{false, false, false}));
     QCOMPARE(row_names(), (QStringList{"Party", "Hall", "Bath"}));
     QVERIFY(dialog->isVisible());
+}
+
+void tst_client_group_actions::removing_with_nothing_selected_does_nothing()
+{
+    make_group_of(kitchen);
+    QVERIFY(QMetaObject::invokeMethod(dialog.get(), "RemoveClicked"));
+    QCOMPARE(posted(world->log), QStringList());
+    QCOMPARE(button_states(), (QList<bool>{false, false}));
+    QCOMPARE(overview_buttons(), (QList<bool>{true, true, true}));
+}
+
+void tst_client_group_actions::each_action_paints_at_once_what_it_changed()
+{
+    make_group_of(kitchen);
+    select("Hall");
+    const QList<QWidget *> changed = {dialog->tree, dialog->add_button, dialog->remove_button};
+    for (const char *action : {"AddClicked", "RemoveClicked"}) {
+        QCoreApplication::processEvents();
+        Paint_Log log(changed);
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), action)); // no event between
+        for (QWidget *widget : changed)
+            QVERIFY2(log.painted.contains(widget), action);
+    }
+}
+
+void tst_client_group_actions::creating_paints_the_enabled_button_at_once()
+{
+    class Paint_Watch : public QObject
+    {
+    public:
+        bool eventFilter(QObject *button, QEvent *event) override
+        {
+            painted =
+                painted || (event->type() == QEvent::Paint && static_cast<QWidget *>(button)->isEnabled());
+            return false;
+        }
+        bool painted = false;
+    };
+    Paint_Watch watch;
+    dialog->add_button->installEventFilter(&watch);
+    Modal_User<QInputDialog> user([](QInputDialog *box) { type_name(box, "Party"); });
+    QVERIFY(QMetaObject::invokeMethod(dialog.get(), "DissolveClicked"));
+    QVERIFY(watch.painted);
 }
 
 void tst_client_group_actions::an_item_without_record_only_swaps_the_buttons()

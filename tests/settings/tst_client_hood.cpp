@@ -17,6 +17,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
 #include "tests/fakes/log_capture.h"
+#include "tests/overview/paint_log.h"
 #include "tests/settings/grid_probe.h"
 #include "tests/settings/marking_translator.h"
 #include "tests/settings/probe_air.h"
@@ -24,11 +25,18 @@
 
 namespace
 {
-// What another start of the program would read.
-bool stored_debug()
+// What another start of the program would read: from the file, since settings objects of one process share
+// what is not written yet.
+QString stored_debug()
 {
-    const QSettings fresh(settings->fileName(), QSettings::IniFormat);
-    return fresh.value("debug").toBool();
+    QFile file(settings->fileName());
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    for (const QByteArray &line : file.readAll().split('\n')) {
+        if (line.startsWith("debug="))
+            return line.mid(6).trimmed();
+    }
+    return QString();
 }
 } // namespace
 
@@ -60,6 +68,7 @@ private slots:
     void the_button_starts_as_the_setting_stands();
     void each_toggle_writes_the_setting_at_once();
     void each_toggle_is_logged();
+    void each_toggle_is_painted_at_once();
     void toggling_leaves_this_run_as_it_is();
     void texts_are_translated_where_they_pass_through_the_catalogue();
     void the_restart_hint_stays_english_in_german();
@@ -347,7 +356,7 @@ void tst_client_hood::each_toggle_writes_the_setting_at_once()
     for (const bool on : {true, false, true}) {
         QTest::mouseClick(tab.debug_button, Qt::LeftButton);
         QCOMPARE(tab.debug_button->isChecked(), on);
-        QCOMPARE(stored_debug(), on);
+        QCOMPARE(stored_debug(), QString(on ? "true" : "false")); // no event ran since
         QCOMPARE(tab.restart_label->text(), QString(on ? "Debug On" : "Debug Off"));
     }
 }
@@ -360,6 +369,18 @@ void tst_client_hood::each_toggle_is_logged()
     tab.debug_button->setChecked(false);
     QCOMPARE(log.debug_lines(),
              (QStringList{"<< Client_Hood::debugToggled true", "<< Client_Hood::debugToggled false"}));
+}
+
+void tst_client_hood::each_toggle_is_painted_at_once()
+{
+    Client_Hood tab(nullptr, nullptr);
+    tab.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&tab));
+    QCoreApplication::processEvents();
+    Paint_Log log({tab.debug_button, tab.restart_label});
+    QVERIFY(QMetaObject::invokeMethod(&tab, "debugToggled", Q_ARG(bool, true))); // no event between
+    QVERIFY(log.painted.contains(tab.debug_button));
+    QVERIFY(log.painted.contains(tab.restart_label));
 }
 
 void tst_client_hood::toggling_leaves_this_run_as_it_is()

@@ -46,6 +46,7 @@ private slots:
     void a_profiles_tab_is_added_each_time();
     void a_group_gets_a_tab_with_its_name_once();
     void a_group_tab_without_record_is_added_each_time();
+    void a_group_without_a_master_gets_a_tab_that_operates_nothing();
     void quit_of_the_group_tab_closes_the_window();
     void a_service_tab_is_added_each_time();
 
@@ -264,6 +265,7 @@ void tst_client_show::a_group_gets_a_tab_with_its_name_once()
 {
     sender_device = kitchen.get();
     Device_Desc group(nullptr, true, "Party");
+    group.tab_index = 0; // that of the overview
     for (int opening = 0; opening < 2; ++opening) {
         client->tabs->setCurrentIndex(0);
         client->show_group(&group);
@@ -290,6 +292,19 @@ void tst_client_show::a_group_tab_without_record_is_added_each_time()
         QVERIFY(tab);
         QVERIFY(!tab->control && !tab->group_control);
     }
+}
+
+void tst_client_show::a_group_without_a_master_gets_a_tab_that_operates_nothing()
+{
+    QVERIFY(!sender_device);
+    Device_Desc group(nullptr, true, "Party");
+    client->show_group(&group);
+    QCOMPARE(client->tabs->tabText(1), QString("Party"));
+    QCOMPARE(client->tabs->currentIndex(), 1);
+    QCOMPARE(group.tab_index, 1);
+    auto *tab = qobject_cast<Client_Settings_Group *>(client->tabs->widget(1));
+    QVERIFY(tab);
+    QVERIFY(!tab->group_control && !tab->master_air && !tab->master_sub);
 }
 
 void tst_client_show::quit_of_the_group_tab_closes_the_window()

@@ -16,8 +16,8 @@ class Virelo_Sub;
 // lock, and the way to the equaliser. The volume slider is fenced as on the Air tab.
 //
 // GUI thread only. A fixed tab is built with a null pointer and enabled only after refresh; without a
-// subwoofer the slots do nothing. A value that the control object refuses changes nothing, and the read-out
-// shows what it holds.
+// subwoofer the slots do nothing, but that the fence holds the volume slider. A value that the control
+// object refuses changes nothing, and the read-out shows what it holds.
 class Client_Settings_Sub : public Client_Settings
 {
     Q_OBJECT

@@ -72,6 +72,7 @@ private slots:
     void unchecking_leaves_the_three_values();
     void construction_asks_nothing_of_the_subwoofer();
     void refresh_shows_another_subwoofer();
+    void a_first_refresh_replaces_the_placeholders_where_no_slider_moves();
     void refresh_stores_back_what_was_read();
     void refresh_replaces_what_the_sliders_clamp_data();
     void refresh_replaces_what_the_sliders_clamp();
@@ -327,6 +328,18 @@ void tst_client_settings_sub_eq::refresh_shows_another_subwoofer()
     QCOMPARE(sub->pending, 0);
 }
 
+void tst_client_settings_sub_eq::a_first_refresh_replaces_the_placeholders_where_no_slider_moves()
+{
+    Client_Settings_Sub_EQ fixed(nullptr, nullptr);
+    sub->eq_frequ = fixed.freq_slider->value();
+    sub->eq_gain = fixed.gain_slider->value();
+    sub->eq_q = fixed.q_slider->value();
+    sub->eq_enabled = 0;
+    fixed.refresh(sub.get());
+    QCOMPARE(sub->pending, 0);
+    QCOMPARE(read_outs(fixed), (QStringList{"20 Hz", "0 dB", "1"}));
+}
+
 void tst_client_settings_sub_eq::refresh_stores_back_what_was_read()
 {
     Probe_Sub attic("Attic");
@@ -355,6 +368,7 @@ void tst_client_settings_sub_eq::refresh_replaces_what_the_sliders_clamp()
     Probe_Sub attic("Attic");
     attic.eq_frequ = attic.eq_gain = attic.eq_q = number;
     tab->refresh(&attic);
+    QCOMPARE(attic.pending, 3); // they will be sent
     QTEST(band(attic).mid(0, 3), "stored");
     QTEST(read_outs(*tab), "texts");
 }

@@ -24,6 +24,7 @@ private slots:
     void initTestCase() { plattform = new rzplattform; }
     void init();
     void a_tab_built_without_subwoofer_shows_the_first();
+    void placeholders_go_also_where_no_slider_moves();
     void control_keeps_what_the_tab_was_built_with();
     void a_volume_far_away_is_pulled_to_within_10_data();
     void a_volume_far_away_is_pulled_to_within_10();
@@ -34,6 +35,7 @@ private slots:
     void numbers_without_place_are_stored_as_the_end_of_the_slider_data();
     void numbers_without_place_are_stored_as_the_end_of_the_slider();
     void a_high_pass_that_moves_is_turned_on();
+    void a_high_pass_that_was_on_before_is_turned_off_though_it_moves();
     void a_high_pass_that_does_not_move_stays_off();
     void a_high_pass_of_0_lands_on_20();
     void a_changed_mute_state_runs_its_slot_and_timer();
@@ -72,6 +74,24 @@ void tst_client_settings_sub_refresh::a_tab_built_without_subwoofer_shows_the_fi
     QVERIFY(tab->hp_check->isChecked());
     QVERIFY(tab->lock_button->isChecked());
     QVERIFY(!tab->mute_button->isChecked());
+}
+
+void tst_client_settings_sub_refresh::placeholders_go_also_where_no_slider_moves()
+{
+    tab = std::make_unique<Client_Settings_Sub>(nullptr, nullptr);
+    second->volume = 0;
+    second->frequ_fg = 30;
+    second->steilh_fg = 0;
+    second->frequ_hp = 20;
+    second->hp_enabled = 0;
+    second->phase = 0;
+    second->polarity = 0;
+    tab->refresh(second.get());
+    QCOMPARE(second->pending, 0);
+    QCOMPARE(tab->vol_label->text(), QString("0 %"));
+    QCOMPARE(tab->fg_label->text(), QString("30 Hz"));
+    QCOMPARE(tab->hp_label->text(), QString("20 Hz"));
+    QCOMPARE(tab->phase_label->text(), QString("0\u00b0"));
 }
 
 void tst_client_settings_sub_refresh::control_keeps_what_the_tab_was_built_with()
@@ -202,6 +222,18 @@ void tst_client_settings_sub_refresh::a_high_pass_that_moves_is_turned_on()
     tab->refresh(second.get());
     QVERIFY(tab->hp_check->isChecked());
     QCOMPARE(second->hp_enabled, 1);
+}
+
+void tst_client_settings_sub_refresh::a_high_pass_that_was_on_before_is_turned_off_though_it_moves()
+{
+    QVERIFY(tab->hp_check->isChecked()); // so the moved slider has nothing to check
+    second->hp_enabled = 0;
+    second->frequ_hp = 30;
+    tab->refresh(second.get());
+    QVERIFY(!tab->hp_check->isChecked());
+    QCOMPARE(second->hp_enabled, 0);
+    QCOMPARE(second->frequ_hp, 30);
+    QCOMPARE(tab->hp_label->text(), QString("30 Hz"));
 }
 
 void tst_client_settings_sub_refresh::a_high_pass_that_does_not_move_stays_off()

@@ -339,6 +339,8 @@ void tst_client_settings_sub_slots::without_a_subwoofer_nothing_happens()
     QMetaObject::invokeMethod(tab.get(), "muteTimer");
     QVERIFY(!tab->mute_timer);
     QVERIFY(!tab->mute_button->isChecked());
+    QCOMPARE(tab->vol_slider->sliderPosition(), 10); // the fence stands all the same
+    QCOMPARE(tab->slider_last, 10);
     QCOMPARE(tab->vol_label->text(), QString("0 %"));
     QCOMPARE(tab->fg_label->text(), QString("- Hz"));
     QCOMPARE(tab->hp_label->text(), QString("- Hz"));

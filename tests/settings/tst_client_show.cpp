@@ -146,12 +146,15 @@ void tst_client_show::a_second_speaker_gets_a_tab_of_its_own()
 
 void tst_client_show::index_0_counts_as_no_tab()
 {
-    kitchen->tab_index = bathroom->tab_index = 0; // that of the overview
+    kitchen->tab_index = bathroom->tab_index = cellar->tab_index = 0; // that of the overview
     client->show_air(kitchen.get());
     QCOMPARE(kitchen->tab_index, 1);
     client->show_empty(bathroom.get());
     QCOMPARE(bathroom->tab_index, 2);
     QCOMPARE(client->tabs->currentIndex(), 2);
+    client->show_sub(cellar.get());
+    QCOMPARE(cellar->tab_index, 3);
+    QCOMPARE(client->tabs->currentIndex(), 3);
 }
 
 void tst_client_show::a_speaker_of_unknown_type_gets_an_empty_tab_once()
@@ -245,7 +248,9 @@ void tst_client_show::a_second_equaliser_selects_the_tab_that_is_there()
     QCOMPARE(client->tabs->count(), 2);
     QCOMPARE(client->tabs->currentIndex(), 1);
     QCOMPARE(client->tabs->tabText(1), QString("EQ"));
-    QCOMPARE(qobject_cast<Client_Settings_Sub_EQ *>(client->tabs->widget(1))->sub, cellar_sub.get());
+    auto *tab = qobject_cast<Client_Settings_Sub_EQ *>(client->tabs->widget(1));
+    QCOMPARE(tab->sub, cellar_sub.get());
+    QCOMPARE(tab->control, cellar_sub.get());
 }
 
 void tst_client_show::a_profiles_tab_is_added_each_time()

@@ -60,12 +60,14 @@ void act()
         client->tabs->setCurrentIndex(client->debug_tab_index);
         QCoreApplication::processEvents(); // it is laid out and painted
     }
-    if (QByteArray(user_deed).startsWith("close"))
+    if (QByteArray(user_deed).startsWith("close")) {
         client->close();
-    else if (qstrcmp(user_deed, "exit with 3") == 0)
+    } else if (qstrcmp(user_deed, "exit with 3") == 0) {
         QCoreApplication::exit(3);
-    else
+    } else {
+        client->tabs->setCurrentIndex(0); // in debug mode another one is shown at start
         QTest::mouseClick(overview->quit_button, Qt::LeftButton);
+    }
 }
 
 void send_the_user()

@@ -231,9 +231,27 @@ class Program:
         self.click_at(self.tree(), self.row(name))
 
     def click_tab(self, title):
-        tab_widget = self.tab_widget()
-        tab = [tab for tab in tab_widget["tabs"] if tab["title"] == title][0]
-        self.click_at(self.one("QTabBar", parent=tab_widget["widget"]), tab)
+        titles = self.tabs()
+        if titles.count(title) != 1:
+            raise AssertionError(f"one tab of {titles} must be titled {title!r}")
+        self.click_tab_at(titles.index(title))
+
+    def click_tab_at(self, index):
+        """With the arrows of the tab bar, where the tabs do not fit."""
+        for _ in range(50):
+            tab_widget = self.tab_widget()
+            tab = tab_widget["tabs"][index]
+            bar = self.one("QTabBar", parent=tab_widget["widget"])
+            arrows = sorted(self.widgets("QToolButton", parent=bar["widget"]), key=lambda w: w["x"])
+            middle = tab["x"] + tab["w"] // 2
+            if middle < bar["x"]:
+                self.click(arrows[0])
+            elif arrows and middle >= arrows[0]["x"]:
+                self.click(arrows[1])
+            else:
+                self.click_at(bar, tab)
+                return
+        raise AssertionError(f"tab {index} cannot be brought into sight")
 
     def key(self, widget, key):
         self.probe.ask("key", widget=widget["widget"], key=key)
@@ -325,8 +343,7 @@ class Program:
         overview = self.one("Client_Overview", visible=False)
         button = self.one("RZPushButton", visible=False, parent=overview["widget"])
         if not button["visible"]:
-            tab_widget = self.tab_widget()
-            self.click_at(self.one("QTabBar", parent=tab_widget["widget"]), tab_widget["tabs"][0])
+            self.click_tab_at(0)
         self.click(button)
 
     def await_end(self):

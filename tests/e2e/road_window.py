@@ -63,7 +63,8 @@ class Debug_Test(road.Road_Test):
 
     def test_debug_mode_shows_its_tabs(self):
         with self.program(debug=True) as program:
-            self.assertEqual(program.tabs()[:2], ["Air Selection / Setup", "DEBUG"])
+            self.assertEqual(program.tabs(), ["Air Selection / Setup", "DEBUG", "HOOD"])
+            self.assertEqual(program.current_tab(), "HOOD")
 
     def test_what_goes_to_standard_error_stands_in_the_console_too(self):
         with self.program(debug=True) as program:

@@ -91,7 +91,7 @@ void add_tabs(QJsonObject &object, const QTabWidget *widget)
     QJsonArray tabs;
     for (int i = 0; i < widget->count(); ++i) {
         QJsonObject tab{{"title", widget->tabText(i)}, {"enabled", widget->isTabEnabled(i)}};
-        const QRect rect = bar->tabRect(i) & bar->rect();
+        const QRect rect = bar->tabRect(i);
         add_rect(tab, bar->mapToGlobal(rect.topLeft()), rect.size());
         tabs.append(tab);
     }

@@ -13,6 +13,7 @@ Whatever else it is about, a program that a `with` block leaves must have ended 
 standard output or standard error, and must have had as many threads and descriptors as at its last mark().
 """
 
+import collections
 import contextlib
 import json
 import os
@@ -28,6 +29,9 @@ import unittest
 # Tests take these from here, with the rest of the harness.
 from surroundings import (  # noqa: F401
     PATIENCE, Avahi, Black_Hole, Output, Speaker, Speakers, Wire, await_condition)
+
+OVERVIEW = "Air Selection / Setup"  # the first tab, without a catalogue
+HOME = ["Wohnzimmer links", "Wohnzimmer rechts", "Küche", "Sub Wohnzimmer", "Gästezimmer (neu)", "Werkstatt"]  # the scene
 
 
 class Display:
@@ -311,8 +315,10 @@ class Program:
                     for task in base.iterdir()}
         before = counts()
         time.sleep(seconds)
-        return {name: count - before.get((number, name), 0) for (number, name), count in counts().items()
-                if count != before.get((number, name))}
+        woken = collections.Counter()
+        for (number, name), count in counts().items():
+            woken[name] += count - before.get((number, name), 0)  # several threads may bear one name
+        return +woken
 
     def mark(self):
         """Keeps the count of threads and descriptors to which they must come back, once they have come to rest."""

@@ -4,10 +4,9 @@
 import time
 
 import road
+from road import HOME, OVERVIEW
 
-HOME = ["Wohnzimmer links", "Wohnzimmer rechts", "Küche", "Sub Wohnzimmer", "Gästezimmer (neu)", "Werkstatt"]
 KITCHEN = "Küche"
-OVERVIEW = "Air Selection / Setup"
 # What goes with the daemon: two descriptors a speaker, that of the browse, and the connection to the bus.
 DAEMON_DESCRIPTORS = -(2 * len(HOME) + 2)
 # A call on a hung daemon would hold its caller for 25 s; a busy machine alone holds a timer for far less than this.

@@ -2,8 +2,8 @@
 """A group from its creation to its end: what the window shows and what the speakers hold agree after each step."""
 
 import road
+from road import OVERVIEW
 
-OVERVIEW = "Air Selection / Setup"
 LEFT, RIGHT, KITCHEN = "Wohnzimmer links", "Wohnzimmer rechts", "Küche"
 MASTER = road.Speaker("127.0.0.11")
 RECEIVERS = {RIGHT: road.Speaker("127.0.0.12"), KITCHEN: road.Speaker("127.0.0.13")}

@@ -2,8 +2,8 @@
 """The service tab: opened by holding Quit, it sets a speaker's delay and turns debug mode on for the next start."""
 
 import road
+from road import OVERVIEW
 
-OVERVIEW = "Air Selection / Setup"
 LEFT = "Wohnzimmer links"
 
 

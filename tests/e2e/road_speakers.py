@@ -2,9 +2,10 @@
 """Speakers found by real discovery: their rows, their tabs, what a setting sends, and how they come and go."""
 
 import road
+from road import HOME, OVERVIEW
 
 # Name, status, model and whether there is a picture, as the scene "home" has them.
-HOME = {
+ROWS = {
     "Wohnzimmer links": ("in Zuhause", "Cadre 3.2 Air", True),
     "Wohnzimmer rechts": ("in Zuhause", "Cadre 3.3 Air", True),
     "Küche": ("in Zuhause", "Center.2 Air", False),
@@ -14,7 +15,6 @@ HOME = {
 }
 LEFT = "Wohnzimmer links"
 LEFT_ADDRESS = "127.0.0.11"
-OVERVIEW = "Air Selection / Setup"
 
 # A worker of a full-range speaker is a thread with an event descriptor and the two sockets of its link.
 WORKER_DESCRIPTORS = 3
@@ -29,7 +29,7 @@ class Rows_Test(road.Road_Test):
             for row in program.rows():
                 picture, name, status, model = row["texts"]
                 self.assertEqual(picture, "")
-                self.assertEqual((status, model, row["picture"]), HOME[name])
+                self.assertEqual((status, model, row["picture"]), ROWS[name])
                 self.assertEqual(row["parent"], -1)
             program.await_one("QLabel", text="")  # the search is over
             program.mark()

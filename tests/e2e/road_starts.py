@@ -9,6 +9,7 @@ import sys
 import time
 
 import road
+from road import HOME, OVERVIEW
 
 STARTS = 50
 BLACK_HOLE = "127.0.1.3"
@@ -57,10 +58,10 @@ class Starts_Test(road.Road_Test):
         with self.speakers("home"):
             for number in range(STARTS - STARTS // 2):
                 with self.subTest(start=number), self.program() as program:
-                    road.await_condition(program.rows, "there are rows")
-                    for row in self.random.sample(program.rows(), self.random.randrange(3)):
-                        program.click_tab("Air Selection / Setup")
-                        program.click_row(row["texts"][1])
+                    program.await_rows(HOME)
+                    for name in self.random.sample(HOME, self.random.randrange(3)):
+                        program.click_tab(OVERVIEW)
+                        program.click_row(name)
                         for slider in program.widgets("RZSlider"):
                             program.click(slider)
                             program.key(slider, "Right")

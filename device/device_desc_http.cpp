@@ -7,9 +7,24 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QNetworkSession>
 
 #include "app/globals.h"
 #include "device/device_desc.h"
+
+namespace
+{
+// Qt's HTTP threads make this type known when the first of them needs it, and two that do so at the same time
+// let Qt complain on standard error. Known beforehand, it is left alone.
+void make_session_type_known()
+{
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    static const int type = qRegisterMetaType<QSharedPointer<QNetworkSession>>();
+    QT_WARNING_POP
+    Q_UNUSED(type)
+}
+} // namespace
 
 void Device_Desc::_request(QString url, QString body, const char *slot)
 {
@@ -19,6 +34,7 @@ void Device_Desc::_request(QString url, QString body, const char *slot)
     qDebug() << "Device_Desc(" << name << ")::_request(" << url << "," << body << ") #" << request_serial
              << " started...";
 
+    make_session_type_known();
     // One manager a request, so that no request queues behind another of the same speaker.
     auto *manager = new QNetworkAccessManager(this);
     QNetworkRequest request{QUrl(url)};

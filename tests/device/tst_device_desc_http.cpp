@@ -29,6 +29,7 @@ private slots:
     void init();
     void cleanup();
 
+    void a_request_makes_the_type_known_that_http_threads_would_race_for();
     void a_request_is_a_post_with_exact_headers_and_body_data();
     void a_request_is_a_post_with_exact_headers_and_body();
     void a_body_travels_as_utf8();
@@ -69,6 +70,19 @@ void tst_device_desc_http::init()
 void tst_device_desc_http::cleanup()
 {
     QCOMPARE(resolves_running, 0);
+}
+
+// First of all tests, since a type that is known stays so. The name is Qt's own.
+void tst_device_desc_http::a_request_makes_the_type_known_that_http_threads_would_race_for()
+{
+    const char *type = "QSharedPointer<QNetworkSession>";
+    QCOMPARE(QMetaType::type(type), int(QMetaType::UnknownType));
+    Device_Desc record(nullptr, false, "");
+    peer->point_at_me(record);
+    peer->answer = http_answer("{}");
+    record.request_device_status();
+    QVERIFY(QMetaType::type(type) != QMetaType::UnknownType);
+    QTRY_COMPARE(managers_of(record), 0);
 }
 
 void tst_device_desc_http::a_request_is_a_post_with_exact_headers_and_body_data()

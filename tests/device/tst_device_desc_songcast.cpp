@@ -378,11 +378,11 @@ void tst_device_desc_songcast::stopping_a_sender_logs_what_the_reply_says()
     peer->answer = http_answer(R"({"returncode": "success", "enabled": true, "uuid": "u-3", "mode": 3})");
     const Log_Capture log;
     post(record, [](Device_Desc &it) { it.request_sender_stop(); });
-    QCOMPARE(log.debug_lines().mid(1), QStringList({"enabled: true", "uuid: \"u-3\"", "mode 3"}));
+    QCOMPARE(log.debug_lines().mid(2), QStringList({"enabled: true", "uuid: \"u-3\"", "mode 3"}));
 
     peer->answer = http_answer(R"({"returncode": "success", "enabled": false})");
     post(record, [](Device_Desc &it) { it.request_sender_stop(); });
-    QCOMPARE(log.debug_lines().mid(5), QStringList({"enabled: false", "uuid: \"\"", "mode 0"}));
+    QCOMPARE(log.debug_lines().mid(7), QStringList({"enabled: false", "uuid: \"\"", "mode 0"}));
 }
 
 void tst_device_desc_songcast::bluetooth_alone_logs_its_outcome_data()
@@ -410,6 +410,8 @@ void tst_device_desc_songcast::bluetooth_alone_logs_its_outcome()
     QStringList lines = capture.debug_lines();
     QVERIFY(lines.value(1).contains(")::_request("));
     lines.removeAt(1);
+    QVERIFY(lines.value(2).contains(") reply:"));
+    lines.removeAt(2);
     QCOMPARE(lines,
              QStringList({"\n\nDevice_Desc( \"Left\" )::BLUETOOTH request_bluetooth_enable!",
                           "\n\nDevice_Desc( \"Left\" )::BLUETOOTH request_bluetooth_enable FINISHED!", log}));

@@ -52,7 +52,11 @@ int run_application(int argc, char *argv[])
     qDebug() << "VIRELO Configurator running...";
     client = new Client(nullptr);
     client->show();
-    return QApplication::exec();
+    const int exit_code = QApplication::exec();
+
+    // Workers go on while the application object goes, and Qt complains on their behalf that there is none.
+    QLoggingCategory::defaultCategory()->setEnabled(QtWarningMsg, false);
+    return exit_code;
 }
 } // namespace
 

@@ -5,7 +5,6 @@
 #include <QGridLayout>
 #include <QInputDialog>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -15,6 +14,7 @@
 #include "overview/busy_label.h"
 #include "overview/client_overview.h"
 #include "settings/banner.h"
+#include "settings/info_box.h"
 #include "settings/rzpixmaplabel.h"
 
 namespace
@@ -246,8 +246,6 @@ void Client_Group::dissolve_group()
 
 void Client_Group::dissolve_completed()
 {
-    QMessageBox box(QMessageBox::Information, tr("Info"), tr("Group dissolved"), QMessageBox::NoButton, this);
-    box.addButton(tr("OK"), QMessageBox::AcceptRole);
-    box.exec();
+    show_info_box(this, tr("Info"), tr("Group dissolved"), tr("OK"));
     close();
 }

@@ -15,6 +15,7 @@
 #include "control/virelos.h"
 #include "device/device_desc.h"
 #include "device/speaker_types.h"
+#include "network/client_wlans.h"
 #include "overview/busy_label.h"
 #include "overview/client_group.h"
 #include "settings/banner.h"
@@ -313,7 +314,10 @@ void Client_Overview::GroupClicked()
 
 void Client_Overview::WlansClicked()
 {
-    selected_device();
+    if (Device_Desc *device = selected_device()) {
+        wlans_dialog = new Client_WLANs(device, nullptr);
+        wlans_dialog->show();
+    }
 }
 
 void Client_Overview::disable_all_buttons()

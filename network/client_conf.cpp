@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include "network/client_conf.h"
+
+#include <QDebug>
+#include <QGridLayout>
+#include <QJsonObject>
+#include <QLabel>
+#include <QLineEdit>
+#include <QNetworkReply>
+#include <QPushButton>
+
+#include "app/client.h"
+#include "app/globals.h"
+#include "app/rzplattform.h"
+#include "device/device_desc.h"
+#include "device/json_http.h"
+#include "network/client_conf_statip.h"
+#include "network/wlan_bodies.h"
+#include "overview/client_overview.h"
+#include "settings/banner.h"
+#include "settings/info_box.h"
+#include "settings/rzpixmaplabel.h"
+
+namespace
+{
+bool is_phone()
+{
+    return plattform->device_class == DEVICE_PHONE;
+}
+} // namespace
+
+Client_Conf::Client_Conf(Device_Desc *device, QWidget *parent)
+    : QDialog(parent)
+    , device(device)
+{
+    conf_dialog = this;
+    resize(plattform->window_width, plattform->window_height);
+    make_widgets();
+    place_widgets();
+    connect_widgets();
+    setWindowTitle(tr("Speaker WLAN Settings"));
+    save_button->setEnabled(true);
+}
+
+void Client_Conf::make_widgets()
+{
+    name_edit = new QLineEdit(device->name, this);
+    passwd_edit = new QLineEdit(this);
+    passwd_edit->setEchoMode(QLineEdit::Password);
+    ip_label = new QLabel(device->ip, this); // without the mode: meant
+    hint_label = new QLabel(is_phone() ? tr("SAVE will reboot\nyour Speakers!")
+                                       : tr("Clicking on SAVE will reboot your\nVIRELO Air-Speakers!"),
+                            this);
+    back_button = new QPushButton(tr("<< Back"), this);
+    save_button = new QPushButton(tr("SAVE"), this);
+    save_button->setDefault(true);
+    save_button->setEnabled(false);
+    dhcp_button = new QPushButton(tr("DHCP/Static"), this);
+}
+
+void Client_Conf::place_widgets()
+{
+    const int span = is_phone() ? 1 : 3;
+    const int columns = 1 + span;
+    auto *grid = new QGridLayout;
+    grid->addWidget(make_banner("Deko_WLAN"), 0, 0, 1, columns);
+    add_row(grid, 1, tr("Model:"), new QLabel(device->model), span);
+    add_row(grid, 2, tr("Name:"), name_edit, span);
+    add_row(grid, 3, tr("WLAN:"), new QLabel(device->ssid), span);
+    add_row(grid, 4, tr("Passwd:"), passwd_edit, span);
+    add_row(grid, 6, tr("IP Addr:"), ip_label, 1);
+    grid->addWidget(dhcp_button, 7, 1);
+    add_row(grid, 8, tr("MAC:"), new QLabel(device->mac), span);
+    add_row(grid, 9, tr("Vers:"), new QLabel(device->firmware), span);
+    grid->addWidget(hint_label, 10, 0, 1, columns);
+    grid->addWidget(back_button, 11, is_phone() ? 0 : 2);
+    grid->addWidget(save_button, 11, is_phone() ? 1 : 3);
+    setLayout(grid);
+}
+
+void Client_Conf::add_row(QGridLayout *grid, int row, const QString &caption, QWidget *widget, int span)
+{
+    grid->addWidget(new QLabel(caption), row, 0);
+    grid->addWidget(widget, row, 1, 1, span);
+}
+
+void Client_Conf::connect_widgets()
+{
+    connect(dhcp_button, &QPushButton::clicked, this, &Client_Conf::dhcpStatic);
+    connect(save_button, &QPushButton::clicked, this, &Client_Conf::commit_settings);
+    connect(back_button, &QPushButton::clicked, this, &Client_Conf::close);
+}
+
+void Client_Conf::update()
+{
+    if (!device)
+        return;
+    ip_label->setText(device->static_network ? device->static_ip + " (static)" : device->ip + " (DHCP)");
+}
+
+void Client_Conf::dhcpStatic()
+{
+    if (!device)
+        return;
+    conf_statip_dialog = new Client_Conf_StatIP(device, nullptr);
+    connect(conf_statip_dialog, &Client_Conf_StatIP::update, this, &Client_Conf::update);
+    conf_statip_dialog->show();
+}
+
+void Client_Conf::commit_settings()
+{
+    if (!device)
+        return;
+    if (name_edit->text() == device->name)
+        addNetwork();
+    else
+        setDeviceName(name_edit->text());
+}
+
+void Client_Conf::post(const QString &url, const QString &body, const char *slot)
+{
+    qDebug() << "CONFIG STRING: >>>" << body << "<<<\n\n";
+    post_json(this, url, body, "text/plain", slot);
+}
+
+// False when the chain ends here: the reply is no JSON object, or the records are gone since another chain
+// has ended.
+bool Client_Conf::read_reply(QNetworkReply *reply, const char *log_text, QString &returncode, int &id)
+{
+    const QByteArray bytes = reply->readAll();
+    qDebug() << log_text << QString::fromUtf8(bytes);
+    QJsonObject object;
+    if (!device || !read_json_object(bytes, object))
+        return false;
+    returncode = object.value("returncode").toString();
+    id = object.value("id").toInt();
+    return true;
+}
+
+void Client_Conf::setDeviceName(QString name)
+{
+    post(device->device_url, set_device_name_body(name), SLOT(replyFinishedC(QNetworkReply *)));
+}
+
+void Client_Conf::replyFinishedC(QNetworkReply *reply)
+{
+    QString returncode;
+    int id;
+    if (!read_reply(reply, "setDeviceName reply received", returncode, id))
+        return;
+    if (returncode == "success")
+        addNetwork();
+    else
+        show_info_box(this, tr("Info"), tr("DeviceName could not be set"), tr("OK"));
+}
+
+void Client_Conf::addNetwork()
+{
+    post(device->wifi_url, add_network_body(*device, passwd_edit->text()),
+         SLOT(replyFinishedA(QNetworkReply *)));
+}
+
+void Client_Conf::replyFinishedA(QNetworkReply *reply)
+{
+    QString returncode;
+    int id;
+    if (!read_reply(reply, "AddNetwork / AddStaticNetwork reply received", returncode, id))
+        return;
+    if (returncode == "success")
+        selectNetwork(QString::number(id));
+    else
+        show_info_box(this, tr("Add/Static/Network"), "Result " + returncode + " something went wrong...",
+                      tr("OK"));
+}
+
+void Client_Conf::selectNetwork(QString id)
+{
+    post(device->wifi_url, select_network_body(id), SLOT(replyFinishedB(QNetworkReply *)));
+}
+
+void Client_Conf::replyFinishedB(QNetworkReply *reply)
+{
+    QString returncode;
+    int id;
+    if (!read_reply(reply, "selecetNetwork reply received", returncode, id))
+        return;
+
+    // Any object counts as success, whatever its returncode: meant.
+    conf_dialog->hide(); // what the global names, whichever dialog that is: meant
+    device = nullptr;    // no reply of a second chain may come back to a record that goes now
+    show_info_box(
+        this, tr("Info"),
+        tr("Successfully added Device to WiFi Network.\n\n Please get back to your WiFi Network and start "
+           "VIRELOv2 App again!"),
+        tr("OK"));
+    overview->disable_all_buttons();
+    overview->deleteRecords();
+    client->close();
+}

@@ -21,6 +21,7 @@
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzpushbutton.h"
+#include "update/client_update.h"
 
 namespace
 {
@@ -301,7 +302,10 @@ void Client_Overview::open_tab(Device_Desc *device)
 
 void Client_Overview::UpdateClicked()
 {
-    selected_device();
+    if (Device_Desc *device = selected_device()) {
+        update_dialog = new Client_Update(device, nullptr);
+        update_dialog->show();
+    }
 }
 
 void Client_Overview::GroupClicked()

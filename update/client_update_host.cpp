@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: MIT
+// The part of Client_Update that brings firmware to the amplifier processor, the host: a file of text lines,
+// sent one by one as they stand. Nothing of it is understood here, and no answer of the host is looked at.
+#include <QDebug>
+#include <QFile>
+#include <QLabel>
+#include <QProgressBar>
+#include <QTextStream>
+#include <QThread>
+#include <QTimer>
+
+#include "control/virelos.h"
+#include "device/device_desc.h"
+#include "settings/info_box.h"
+#include "update/client_update.h"
+#include "update/web_file.h"
+
+namespace
+{
+constexpr unsigned long flash_mode_ms =
+    5000;                         // that the host takes to enter flash mode; the window freezes: meant
+constexpr int line_pause_ms = 10; // in which the window answers
+} // namespace
+
+void Client_Update::updateFirmwareHOST()
+{
+    auto *file = new Web_File;
+    // downloadFileError is left alone: a failed download reaches the same slot, which is meant.
+    connect(file, &Web_File::downloadFileFinished, this, &Client_Update::hostDownloadFilefinished);
+    file->download(host_file_url());
+}
+
+void Client_Update::hostDownloadFilefinished(QString filename, int lines)
+{
+    qDebug() << "HOST Firmware downloaded " << filename << "with" << lines << "lines";
+    Virelos *control = device->control;
+    if (flash_file || !control || device->is_group)
+        return;
+
+    status_label->setText(tr("Downloading...")); // throughout the transfer: meant
+    flash_total = lines;
+    control->terminate();
+    control->flash_open();
+    control->flash();
+    QThread::msleep(flash_mode_ms);
+
+    qDebug() << "\n\n\nflashing HEX File...";
+    flash_file = new QFile(filename);
+    flash_done = 0;
+    if (!flash_file->open(QIODevice::ReadOnly)) {
+        delete flash_file;
+        flash_file = nullptr;
+        return;
+    }
+    flash_stream = new QTextStream(flash_file);
+    flashLineTimer();
+}
+
+int Client_Update::flash_percentage() const
+{
+    return flash_total > 0 ? static_cast<int>(static_cast<double>(flash_done) / flash_total * 100) : 0;
+}
+
+void Client_Update::flashLineTimer()
+{
+    const QString line = flash_stream->readLine();
+    device->control->flash_line(line + "\r\n");
+
+    const int percentage = flash_percentage();
+    progress_bar->setValue(percentage);
+    qDebug() << "Client_Update::flashLineTimer() HEX " << flash_done << " " << percentage << "% " << line;
+    ++flash_done;
+    if (flash_stream->atEnd())
+        hostFlashFilefinished();
+    else
+        QTimer::singleShot(line_pause_ms, this, SLOT(flashLineTimer()));
+}
+
+void Client_Update::hostFlashFilefinished()
+{
+    delete flash_stream;
+    flash_stream = nullptr;
+    flash_file->close();
+    delete flash_file;
+    flash_file = nullptr;
+
+    progress_bar->setValue(100);
+    qDebug() << "FLASHING file finished - Total " << flash_done << " lines";
+    show_info_box(this, "Info", "Flashing HOST completed!", tr("OK"));
+}
+
+void Client_Update::hostDownloadFileError(QString filename)
+{
+    show_info_box(this, "Error", "File " + filename + " does not exist!", tr("OK"));
+}

@@ -2,29 +2,13 @@
 // The HTTP side of Device_Desc: the one way out, the one parser, and the two information reads.
 
 #include <QDebug>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QNetworkRequest>
-#include <QNetworkSession>
 
 #include "app/globals.h"
 #include "device/device_desc.h"
-
-namespace
-{
-// Qt's HTTP threads make this type known when the first of them needs it, and two that do so at the same time
-// let Qt complain on standard error. Known beforehand, it is left alone.
-void make_session_type_known()
-{
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    static const int type = qRegisterMetaType<QSharedPointer<QNetworkSession>>();
-    QT_WARNING_POP
-    Q_UNUSED(type)
-}
-} // namespace
+#include "device/json_http.h"
 
 void Device_Desc::_request(QString url, QString body, const char *slot)
 {
@@ -34,21 +18,9 @@ void Device_Desc::_request(QString url, QString body, const char *slot)
     qDebug() << "Device_Desc(" << name << ")::_request(" << url << "," << body << ") #" << request_serial
              << " started...";
 
-    make_session_type_known();
-    // One manager a request, so that no request queues behind another of the same speaker.
-    auto *manager = new QNetworkAccessManager(this);
-    QNetworkRequest request{QUrl(url)};
-    request.setRawHeader("Content-Type", "application/json");
-    request.setRawHeader("charset", "UTF-8"); // a header of its own: meant
-
-    connect(manager, SIGNAL(finished(QNetworkReply *)), this, slot);
-    // Runs behind the handler. A manager keeps a thread from its first request to its end.
-    connect(manager, &QNetworkAccessManager::finished, this, [this, manager](QNetworkReply *reply) {
-        requests_open--;
-        reply->deleteLater();
-        manager->deleteLater();
-    });
-    manager->post(request, body.toUtf8());
+    const QNetworkAccessManager *manager = post_json(this, url, body, "application/json", slot);
+    // Runs behind the handler.
+    connect(manager, &QNetworkAccessManager::finished, this, [this] { requests_open--; });
 }
 
 bool Device_Desc::parse_reply(QNetworkReply *reply, QJsonObject &object)
@@ -56,12 +28,9 @@ bool Device_Desc::parse_reply(QNetworkReply *reply, QJsonObject &object)
     const QByteArray bytes = reply->readAll();
     qDebug() << "Device_Desc(" << name << ") reply:" << bytes;
 
-    const QJsonDocument document = QJsonDocument::fromJson(bytes);
-    object = document.object();
-    if (!object.isEmpty())
+    if (read_json_object(bytes, object))
         return true;
 
-    qDebug() << (document.isNull() ? "Document is NULL" : "Object is empty");
     emit device_defect(this);
     resolve_finished();
     return false;

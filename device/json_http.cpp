@@ -7,10 +7,26 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QNetworkSession>
 
-void post_json(QObject *owner, const QString &url, const QString &body, const char *content_type,
-               const char *slot)
+namespace
 {
+// Qt's HTTP threads make this type known when the first of them needs it, and two that do so at the same time
+// let Qt complain on standard error. Known beforehand, it is left alone.
+void make_session_type_known()
+{
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    static const int type = qRegisterMetaType<QSharedPointer<QNetworkSession>>();
+    QT_WARNING_POP
+    Q_UNUSED(type)
+}
+} // namespace
+
+QNetworkAccessManager *post_json(QObject *owner, const QString &url, const QString &body,
+                                 const char *content_type, const char *slot)
+{
+    make_session_type_known();
     auto *manager = new QNetworkAccessManager(owner);
     QNetworkRequest request{QUrl(url)};
     request.setRawHeader("Content-Type", content_type);
@@ -23,6 +39,7 @@ void post_json(QObject *owner, const QString &url, const QString &body, const ch
         manager->deleteLater();
     });
     manager->post(request, body.toUtf8());
+    return manager;
 }
 
 bool read_json_object(const QByteArray &bytes, QJsonObject &object)

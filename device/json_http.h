@@ -3,6 +3,7 @@
 
 class QByteArray;
 class QJsonObject;
+class QNetworkAccessManager;
 class QObject;
 class QString;
 
@@ -12,8 +13,8 @@ class QString;
 // of `owner` for the QNetworkReply*, called once, whatever comes; a silent speaker leaves it open for ever.
 // Each request has a manager of its own, so that none queues behind another; it is freed with its reply after
 // the slot has run, or with `owner`.
-void post_json(QObject *owner, const QString &url, const QString &body, const char *content_type,
-               const char *slot);
+QNetworkAccessManager *post_json(QObject *owner, const QString &url, const QString &body,
+                                 const char *content_type, const char *slot);
 
 // The object of a document; false, with a log line, when the bytes are no JSON or the object is empty.
 bool read_json_object(const QByteArray &bytes, QJsonObject &object);

@@ -145,7 +145,7 @@ void Client_Conf::setDeviceName(QString name)
 void Client_Conf::replyFinishedC(QNetworkReply *reply)
 {
     QString returncode;
-    int id;
+    int id = 0;
     if (!read_reply(reply, "setDeviceName reply received", returncode, id))
         return;
     if (returncode == "success")
@@ -163,7 +163,7 @@ void Client_Conf::addNetwork()
 void Client_Conf::replyFinishedA(QNetworkReply *reply)
 {
     QString returncode;
-    int id;
+    int id = 0;
     if (!read_reply(reply, "AddNetwork / AddStaticNetwork reply received", returncode, id))
         return;
     if (returncode == "success")
@@ -181,7 +181,7 @@ void Client_Conf::selectNetwork(QString id)
 void Client_Conf::replyFinishedB(QNetworkReply *reply)
 {
     QString returncode;
-    int id;
+    int id = 0;
     if (!read_reply(reply, "selecetNetwork reply received", returncode, id))
         return;
 

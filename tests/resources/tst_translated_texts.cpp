@@ -27,6 +27,7 @@ bool stays_english(const Text &text)
         {"Client_Overview", {"in "}},
         {"Client_Settings_Air", {"SPDIF Vol:"}},
         {"Client_Settings_Empty2", {"TEST!... :-(", "Speaker:"}},
+        {"Client_WLANs", {"OK"}},
     };
     return meant.value(text.context).contains(text.source);
 }

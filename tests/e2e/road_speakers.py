@@ -111,6 +111,7 @@ class Tab_Test(road.Road_Test):
             wire.await_bytes(LEFT_ADDRESS, 8990, b"RZ!vo039\n")
 
             self.assertEqual(wire.bytes_to(LEFT_ADDRESS, 8990), before + b"RZ!vo038\nRZ!vo039\n")
+            speakers.await_event(LEFT, "<- RZ!vo039", start)  # the line comes behind the bytes
             self.assertEqual(speakers.received(LEFT, start), ["RZ!vo038", "RZ!vo039"])
             self.assertEqual(program.one("RZSlider")["value"], 39)
 

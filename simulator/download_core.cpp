@@ -40,13 +40,17 @@ Download_Core::Download_Core(const Download_Config &config, Http_Record &record)
     int seed = 0;
     for (const QString &code : Download_Server::model_codes())
         files.insert(code + "_host.hex", make_hex_text(config.hex_lines, ++seed, config.hex_line_end));
+    for (auto file = config.files.begin(); file != config.files.end(); ++file)
+        files.insert(file.key(), file->toUtf8());
     connect(&server, &Http_Server::requested, this, &Download_Core::take);
 }
 
 void Download_Core::take(Http_Connection *connection, const Http_Request &request)
 {
     record.add(request);
-    tell(QString("<- %1 %2").arg(QString::fromLatin1(request.method), readable(request.path)));
+    const QByteArray agent = request.header("User-Agent");
+    tell(QString("<- %1 %2").arg(QString::fromLatin1(request.method), readable(request.path)) +
+         (agent.isEmpty() ? QString() : ", for " + readable(agent)));
     Http_Reply reply;
     const QString path = QString::fromUtf8(QByteArray::fromPercentEncoding(request.path));
     const auto file = files.constFind(path.mid(folder.size()));

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -22,6 +23,7 @@ struct Download_Config {
     int swu_size = 200000;
     int hex_lines = 100;
     QByteArray hex_line_end = "\r\n";
+    QMap<QString, QString> files; // name to content: further ones, or in place of made ones
 };
 
 // What a download server does instead of serving.

@@ -176,7 +176,9 @@ void Http_Connection::send_part(const Http_Reply &reply, int body_bytes)
 {
     if (ended)
         return;
-    socket->write(head_of(reply) + reply.body.left(body_bytes));
+    socket->write(head_of(reply));
+    if (request.method != "HEAD")
+        socket->write(reply.body.left(body_bytes));
     while (socket->bytesToWrite() > 0 && socket->waitForBytesWritten(1000)) {
         // A reset throws away what has not left yet, and the point of it is that the part arrives.
     }

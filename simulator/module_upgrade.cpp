@@ -24,6 +24,7 @@ constexpr Stage stages[] = {
 constexpr int last_stage = 4;
 constexpr const char *failed_status = "5";
 
+constexpr const char *user_agent = "VIRELO Air module"; // by which a server tells it from others
 constexpr const char *not_running = "-1";
 constexpr const char *no_error = "0";
 constexpr const char *no_file = "1";
@@ -54,7 +55,9 @@ void Module_Upgrade::start(const QString &folder, qint64 size)
     errinfo = QString::fromLatin1(no_error);
     const QUrl url(folder + "ventaro.swu");
     emit event("-- module upgrade fetches " + url.toString());
-    QNetworkReply *reply = manager.get(QNetworkRequest(url));
+    QNetworkRequest request(url);
+    request.setHeader(QNetworkRequest::UserAgentHeader, user_agent);
+    QNetworkReply *reply = manager.get(request);
     running = reply;
     connect(reply, &QNetworkReply::downloadProgress, this,
             [this](qint64 done, qint64 total) { progress = total > 0 ? int(done * 100 / total) : 0; });

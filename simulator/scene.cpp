@@ -191,6 +191,8 @@ const Json_Keys<Scene> &download_keys()
         Row::number("port", download(&D::port), 0, port_max, "0: any free one"),
         Row::number("swu_size", download(&D::swu_size), 0, INT_MAX, "bytes of the module's firmware"),
         Row::number("hex_lines", download(&D::hex_lines), 1, INT_MAX, "lines of the host's firmware"),
+        Row::texts("files", download(&D::files),
+                   "further files, or others in place of made ones, by their names"),
         {"fault", "one of " + download_fault_words().join(", "), "what it does instead of serving",
          read_download_fault},
     };

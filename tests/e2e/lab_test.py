@@ -95,6 +95,11 @@ class Inside_Test(unittest.TestCase):
         self.assertEqual(result.stdout.split(),
                          ["127.0.0.80", "update.virelo.example", "127.0.0.81", "other.example", "127.0.0.80"])
 
+    def test_the_download_server_may_have_another_name(self):
+        result = lab("--", "getent", "hosts", "firmware.example",
+                     env={**os.environ, "VIRELO_DOWNLOAD_SERVER": "firmware.example"})
+        self.assertEqual(result.stdout.split(), ["127.0.0.80", "firmware.example"])
+
     def test_the_machine_is_as_it_was(self):
         files = [pathlib.Path(name) for name in ("/etc/passwd", "/etc/group", "/etc/hosts")]
         before = [file.read_bytes() if file.exists() else None for file in files]

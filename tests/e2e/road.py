@@ -263,6 +263,9 @@ class Program:
     def type(self, widget, text):
         self.probe.ask("type", widget=widget["widget"], text=text)
 
+    def close_by_frame(self, window):
+        self.probe.ask("close", widget=window["widget"])
+
     def press(self, widget):
         """The mouse button goes down on it, and stays there until release()."""
         self.probe.ask("press", widget=widget["widget"])

@@ -23,13 +23,16 @@ private slots:
     void files_are_the_same_in_every_server();
     void files_of_two_codes_differ();
     void a_file_can_be_replaced();
+    void a_file_may_be_given_from_the_start();
     void what_is_not_there_is_404_data();
     void what_is_not_there_is_404();
     void other_methods_are_refused();
     void requests_are_recorded_in_order();
+    void it_tells_who_asked_for_what();
     void a_connection_serves_several_requests();
     void a_fault_has_its_form_data();
     void a_fault_has_its_form();
+    void a_reset_comes_after_its_part_of_the_file_data();
     void a_reset_comes_after_its_part_of_the_file();
     void slow_comes_in_chunks_and_whole();
     void silent_never_answers();
@@ -132,6 +135,17 @@ void tst_Download_Server::a_file_can_be_replaced()
     QCOMPARE(body_of(exchange("GET /current/xxx_host.hex")), QByteArray(":00000001FF\n"));
 }
 
+void tst_Download_Server::a_file_may_be_given_from_the_start()
+{
+    Download_Config with_files = config();
+    with_files.address = own_loopback(2);
+    with_files.files = {{"vc3w_host.hex", "a\r\n\nä"}, {"empty.hex", ""}};
+    const Download_Server other(with_files);
+    QCOMPARE(other.file("vc3w_host.hex"), QByteArray("a\r\n\n\xc3\xa4"));
+    QVERIFY(!other.file("empty.hex").isNull());
+    QCOMPARE(other.file("vc5w_host.hex"), server->file("vc5w_host.hex"));
+}
+
 void tst_Download_Server::what_is_not_there_is_404_data()
 {
     QTest::addColumn<QByteArray>("path");
@@ -175,6 +189,20 @@ void tst_Download_Server::requests_are_recorded_in_order()
     QVERIFY(requests.at(1).us >= requests.at(0).us);
     server->clear_record();
     QCOMPARE(server->requests().size(), 0);
+}
+
+void tst_Download_Server::it_tells_who_asked_for_what()
+{
+    QStringList events; // all are there with the answer
+    server->set_event_sink([&events](const QString &text) { events += text; });
+    exchange("HEAD /current/ventaro.swu");
+    Raw_Client client;
+    QVERIFY(client.open(own_loopback(1), server->port()));
+    client.send("GET /current/x HTTP/1.1\r\nUser-Agent: a module\r\nConnection: close\r\n\r\n");
+    client.read_to_end();
+    server->set_event_sink({});
+    QCOMPARE(events, QStringList({"<- HEAD /current/ventaro.swu", "-> 200, 5000 bytes",
+                                  "<- GET /current/x, for a module", "-> 404, 41 bytes"}));
 }
 
 void tst_Download_Server::a_connection_serves_several_requests()
@@ -224,15 +252,25 @@ void tst_Download_Server::a_fault_has_its_form()
     QCOMPARE(body_of(answer).size(), size);
 }
 
+void tst_Download_Server::a_reset_comes_after_its_part_of_the_file_data()
+{
+    QTest::addColumn<QByteArray>("method");
+    QTest::addColumn<int>("size");
+    QTest::addRow("GET") << QByteArray("GET") << 1234;
+    QTest::addRow("HEAD") << QByteArray("HEAD") << 0; // it has no body to break off in
+}
+
 void tst_Download_Server::a_reset_comes_after_its_part_of_the_file()
 {
+    QFETCH(QByteArray, method);
+    QFETCH(int, size);
     Download_Faults faults;
     faults.fault = Download_Fault::reset;
     faults.reset_after = 1234;
     server->set_faults(faults);
     Raw_Client client;
     QVERIFY(client.open(own_loopback(1), server->port()));
-    client.send("GET /current/ventaro.swu HTTP/1.1\r\n\r\n");
+    client.send(method + " /current/ventaro.swu HTTP/1.1\r\n\r\n");
     // Below Qt, whose sockets show a reset and an orderly end alike.
     const int handle = int(client.socket.socketDescriptor());
     QByteArray answer;
@@ -244,7 +282,7 @@ void tst_Download_Server::a_reset_comes_after_its_part_of_the_file()
     QCOMPARE(count, ssize_t(-1));
     QCOMPARE(errno, ECONNRESET);
     QVERIFY(head_of(answer).contains("\r\nContent-Length: 5000\r\n"));
-    QCOMPARE(body_of(answer), server->file("ventaro.swu").left(1234));
+    QCOMPARE(body_of(answer), server->file("ventaro.swu").left(size));
 }
 
 void tst_Download_Server::slow_comes_in_chunks_and_whole()

@@ -97,6 +97,7 @@ void tst_Module_Upgrade::it_fetches_the_file_by_its_name()
     QCOMPARE(server->requests().size(), 1);
     QCOMPARE(server->requests().first().method, QByteArray("GET"));
     QCOMPARE(server->requests().first().path, QByteArray("/current/ventaro.swu"));
+    QCOMPARE(server->requests().first().header("User-Agent"), QByteArray("VIRELO Air module"));
     QCOMPARE(events->last().first().toString(), QString("-- module upgrade got all 5000 bytes"));
 }
 

@@ -182,12 +182,13 @@ void tst_Scene::what_is_left_out_has_its_default()
 void tst_Scene::the_download_server_is_read()
 {
     const Scene scene = read(R"({"download": {"address": "127.0.0.9", "port": 8000, "swu_size": 7,
-                                              "hex_lines": 3, "fault": "slow"}})");
+                                              "hex_lines": 3, "fault": "slow", "files": {"x.hex": "a\r\nb"}}})");
     QVERIFY(scene.has_download_server);
     QCOMPARE(scene.download.address, QString("127.0.0.9"));
     QCOMPARE(scene.download.port, quint16(8000));
     QCOMPARE(scene.download.swu_size, 7);
     QCOMPARE(scene.download.hex_lines, 3);
+    QCOMPARE(scene.download.files, (QMap<QString, QString>{{"x.hex", "a\r\nb"}}));
     QCOMPARE(scene.download_faults.fault, Download_Fault::slow);
     QVERIFY(read(R"({"download": {}})").has_download_server);
 }
@@ -255,6 +256,7 @@ void tst_Scene::a_wrong_scene_is_refused_with_the_reason_data()
         R"("speakers" no. 1: "address" wants an IPv4 address, not "::1")");
     row(R"({"download": []})", R"("download" wants an object)");
     row(R"({"download": {"hex_lines": 0}})", R"("download" "hex_lines" wants a whole number from 1 up)");
+    row(R"({"download": {"files": {"x.hex": 7}}})", R"("download" "files" wants an object of texts)");
     row(R"({"download": {"fault": "fast"}})",
         R"("download" "fault" wants one of none, not-found, no-length, redirect, reset, empty, error-page, slow, silent)");
 }
@@ -307,7 +309,7 @@ void tst_Scene::every_key_stands_in_the_help()
     const QString help = scene_help().join('\n');
     for (const char *key :
          {"about", "speakers", "download", "name", "address", "values", "faults", "networks", "present",
-          "txt", "encrypt_type", "password", "swu_size", "hex_lines", "fault"})
+          "txt", "encrypt_type", "password", "swu_size", "hex_lines", "files", "fault"})
         QVERIFY2(QRegularExpression(QString("(?m)^  %1 ").arg(key)).match(help).hasMatch(), key);
     QVERIFY(help.contains("http_port"));
     QVERIFY(help.contains("(a whole number from 0 to 65535)"));

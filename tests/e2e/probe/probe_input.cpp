@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/e2e/probe/probe_input.h"
 
+#include <QApplication>
+#include <QCloseEvent>
 #include <QHash>
 #include <QJsonObject>
 #include <QKeySequence>
@@ -49,7 +51,7 @@ void deliver_text(QWindow *window, const QString &text)
 bool is_input(const QJsonObject &request)
 {
     const QString what = request.value("do").toString();
-    return what == "key" || what == "type" || mouse_actions.contains(what);
+    return what == "key" || what == "type" || what == "close" || mouse_actions.contains(what);
 }
 
 QString input_refusal(const QJsonObject &request, QWidget *widget)
@@ -61,6 +63,11 @@ QString input_refusal(const QJsonObject &request, QWidget *widget)
     const QString what = request.value("do").toString();
     if (what == "key" && QKeySequence(request.value("key").toString()).isEmpty())
         return "there is no such key";
+    if (what == "close" && !widget->isWindow())
+        return "only a window has a frame";
+    const QWidget *modal = QApplication::activeModalWidget();
+    if (what == "close" && modal && modal != widget)
+        return "another window must be answered first";
     if (!must_hit(what))
         return {};
     QWidget *window = widget->window();
@@ -81,6 +88,9 @@ void deliver_input(const QJsonObject &request, QWidget *widget)
         deliver_key(window, QKeySequence(request.value("key").toString())[0]);
     } else if (what == "type") {
         deliver_text(window, request.value("text").toString());
+    } else if (what == "close") {
+        QCloseEvent event;
+        QCoreApplication::sendEvent(window, &event);
     } else {
         const QPoint place = window->mapFromGlobal(place_on_screen(request, widget));
         QTest::mouseEvent(mouse_actions.value(what), window, Qt::LeftButton, Qt::NoModifier, place);

@@ -11,8 +11,11 @@ class QWidget;
 // the middle of the widget where it is left out. GUI thread only.
 //
 //   press, release, click, double_click, move   {"widget": 3, "x": 20, "y": 40}
-//   key                                         {"widget": 3, "key": "Ctrl+Right"}   to the focus of its
-//   window type                                        {"widget": 3, "text": "abc"}         the same
+//   key                                         {"widget": 3, "key": "Ctrl+Right"}
+//   type                                        {"widget": 3, "text": "abc"}
+//   close                                       {"widget": 3}
+//
+// Keys and text go to the focus of the widget's window. A window is closed as by its frame.
 
 bool is_input(const QJsonObject &request);
 

@@ -27,6 +27,14 @@ bool is_phone()
 {
     return plattform->device_class == DEVICE_PHONE;
 }
+
+// What a speaker or its surroundings told stands as it is, also where it looks like markup.
+QLabel *value_label(const QString &value)
+{
+    auto *label = new QLabel(value);
+    label->setTextFormat(Qt::PlainText);
+    return label;
+}
 } // namespace
 
 Client_Conf::Client_Conf(Device_Desc *device, QWidget *parent)
@@ -47,7 +55,7 @@ void Client_Conf::make_widgets()
     name_edit = new QLineEdit(device->name, this);
     passwd_edit = new QLineEdit(this);
     passwd_edit->setEchoMode(QLineEdit::Password);
-    ip_label = new QLabel(device->ip, this); // without the mode: meant
+    ip_label = value_label(device->ip); // without the mode: meant
     hint_label = new QLabel(is_phone() ? tr("SAVE will reboot\nyour Speakers!")
                                        : tr("Clicking on SAVE will reboot your\nVIRELO Air-Speakers!"),
                             this);
@@ -64,14 +72,14 @@ void Client_Conf::place_widgets()
     const int columns = 1 + span;
     auto *grid = new QGridLayout;
     grid->addWidget(make_banner("Deko_WLAN"), 0, 0, 1, columns);
-    add_row(grid, 1, tr("Model:"), new QLabel(device->model), span);
+    add_row(grid, 1, tr("Model:"), value_label(device->model), span);
     add_row(grid, 2, tr("Name:"), name_edit, span);
-    add_row(grid, 3, tr("WLAN:"), new QLabel(device->ssid), span);
+    add_row(grid, 3, tr("WLAN:"), value_label(device->ssid), span);
     add_row(grid, 4, tr("Passwd:"), passwd_edit, span);
     add_row(grid, 6, tr("IP Addr:"), ip_label, 1);
     grid->addWidget(dhcp_button, 7, 1);
-    add_row(grid, 8, tr("MAC:"), new QLabel(device->mac), span);
-    add_row(grid, 9, tr("Vers:"), new QLabel(device->firmware), span);
+    add_row(grid, 8, tr("MAC:"), value_label(device->mac), span);
+    add_row(grid, 9, tr("Vers:"), value_label(device->firmware), span);
     grid->addWidget(hint_label, 10, 0, 1, columns);
     grid->addWidget(back_button, 11, is_phone() ? 0 : 2);
     grid->addWidget(save_button, 11, is_phone() ? 1 : 3);
@@ -123,14 +131,13 @@ void Client_Conf::post(const QString &url, const QString &body, const char *slot
     post_json(this, url, body, "text/plain", slot);
 }
 
-// False when the chain ends here: the reply is no JSON object, or the records are gone since another chain
-// has ended.
+// False when the chain ends here, since the reply is no JSON object.
 bool Client_Conf::read_reply(QNetworkReply *reply, const char *log_text, QString &returncode, int &id)
 {
     const QByteArray bytes = reply->readAll();
     qDebug() << log_text << QString::fromUtf8(bytes);
     QJsonObject object;
-    if (!device || !read_json_object(bytes, object))
+    if (!read_json_object(bytes, object))
         return false;
     returncode = object.value("returncode").toString();
     id = object.value("id").toInt();
@@ -139,6 +146,8 @@ bool Client_Conf::read_reply(QNetworkReply *reply, const char *log_text, QString
 
 void Client_Conf::setDeviceName(QString name)
 {
+    if (!device)
+        return;
     post(device->device_url, set_device_name_body(name), SLOT(replyFinishedC(QNetworkReply *)));
 }
 
@@ -156,6 +165,8 @@ void Client_Conf::replyFinishedC(QNetworkReply *reply)
 
 void Client_Conf::addNetwork()
 {
+    if (!device)
+        return;
     post(device->wifi_url, add_network_body(*device, passwd_edit->text()),
          SLOT(replyFinishedA(QNetworkReply *)));
 }
@@ -175,6 +186,8 @@ void Client_Conf::replyFinishedA(QNetworkReply *reply)
 
 void Client_Conf::selectNetwork(QString id)
 {
+    if (!device)
+        return;
     post(device->wifi_url, select_network_body(id), SLOT(replyFinishedB(QNetworkReply *)));
 }
 
@@ -187,7 +200,6 @@ void Client_Conf::replyFinishedB(QNetworkReply *reply)
 
     // Any object counts as success, whatever its returncode: meant.
     conf_dialog->hide(); // what the global names, whichever dialog that is: meant
-    device = nullptr;    // no reply of a second chain may come back to a record that goes now
     show_info_box(
         this, tr("Info"),
         tr("Successfully added Device to WiFi Network.\n\n Please get back to your WiFi Network and start "

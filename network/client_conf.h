@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class Device_Desc;
 class QGridLayout;
@@ -15,7 +16,8 @@ class QPushButton;
 // clears the list and closes the program, since the speaker has left the network. A failed step never undoes
 // an earlier one; a reply that is no JSON ends the chain with a log line, and the dialog stays usable.
 //
-// GUI thread only. Not deleted when it closes.
+// Further presses of "SAVE" start further chains beside the first. GUI thread only. Not deleted when it
+// closes, so it may outlive the record: no request goes out then.
 class Client_Conf : public QDialog
 {
     Q_OBJECT
@@ -23,7 +25,7 @@ class Client_Conf : public QDialog
 public:
     Client_Conf(Device_Desc *device, QWidget *parent); // becomes conf_dialog
 
-    Device_Desc *device; // null once the chain has ended and the records are gone
+    QPointer<Device_Desc> device; // null once the record is gone
     QLineEdit *name_edit = nullptr;
     QLineEdit *passwd_edit = nullptr;
     QLabel *ip_label = nullptr;

@@ -102,6 +102,8 @@ void Client_Conf_StatIP::dhcp_pressed()
 // Each press fills the edits anew: what was typed and not saved is replaced, which is meant.
 void Client_Conf_StatIP::static_pressed()
 {
+    if (!device)
+        return;
     const struct {
         QLineEdit *edit;
         QString stored;
@@ -123,13 +125,19 @@ void Client_Conf_StatIP::static_pressed()
     }
 }
 
-void Client_Conf_StatIP::set_IP()
+void Client_Conf_StatIP::store()
 {
     if (static_radio->isChecked())
         device->set_static_network(ip_edit->text(), netmask_edit->text(), gateway_edit->text(),
                                    domain_edit->text(), dns1_edit->text(), dns2_edit->text());
     else
         device->clear_static_network();
+}
+
+void Client_Conf_StatIP::set_IP()
+{
+    if (device)
+        store();
     emit update();
     close();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class Device_Desc;
 class QGroupBox;
@@ -11,7 +12,8 @@ class QPushButton;
 class QRadioButton;
 
 // Lets the user choose between DHCP and a static address for the speaker's WLAN. It sends nothing: it stores
-// the values in the record, and nothing is validated. GUI thread only; not deleted when it closes.
+// the values in the record, and nothing is validated. GUI thread only; not deleted when it closes, so it may
+// outlive the record: it stores nothing then, and "Static" fills nothing in.
 class Client_Conf_StatIP : public QDialog
 {
     Q_OBJECT
@@ -19,7 +21,7 @@ class Client_Conf_StatIP : public QDialog
 public:
     Client_Conf_StatIP(Device_Desc *device, QWidget *parent);
 
-    Device_Desc *device;
+    QPointer<Device_Desc> device; // null once the record is gone
     QGroupBox *mode_box = nullptr;
     QRadioButton *dhcp_radio = nullptr;
     QRadioButton *static_radio = nullptr;
@@ -44,5 +46,6 @@ private slots:
 private:
     void make_widgets();
     void place_widgets();
+    void store();
     QList<QLineEdit *> edits() const;
 };

@@ -124,7 +124,7 @@ void Client_WLANs::setSSID()
 {
     next_button->setEnabled(false);
     const QList<QTreeWidgetItem *> items = tree->selectedItems();
-    if (items.isEmpty())
+    if (items.isEmpty() || !device)
         return; // only "<< Back" is left: meant
     device->ssid = items.first()->text(column_ssid);
     wlans_dialog->hide(); // what the global names, whichever dialog that is: meant

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class Device_Desc;
 class QLabel;
@@ -13,7 +14,8 @@ class QTreeWidget;
 // that it can see, at once and only once, lists them, and hands the chosen name on to the WLAN settings. A
 // failure of the network gives no message: the list stays empty and "Next >>" disabled.
 //
-// GUI thread only. Not deleted when it closes or hides.
+// GUI thread only. Not deleted when it closes or hides, so it may outlive the record: nothing can be chosen
+// then.
 class Client_WLANs : public QDialog
 {
     Q_OBJECT
@@ -21,8 +23,8 @@ class Client_WLANs : public QDialog
 public:
     Client_WLANs(Device_Desc *device, QWidget *parent);
 
-    Device_Desc *device;
-    QTreeWidget *tree = nullptr; // columns: name (holds the QJsonValue under Qt::UserRole), signal
+    QPointer<Device_Desc> device; // null once the record is gone
+    QTreeWidget *tree = nullptr;  // columns: name (holds the QJsonValue under Qt::UserRole), signal
     QLabel *hint_label = nullptr;
     QPushButton *reset_button = nullptr; // made, connected and never shown: meant
     QPushButton *back_button = nullptr;

@@ -71,10 +71,10 @@ void Web_File::download(QString url)
     connect(reply, &QNetworkReply::finished, this, &Web_File::finished);
 }
 
+// Nothing is released yet: the reply learns of its end in a further event, and deleted before it would never
+// finish.
 void Web_File::error(QNetworkReply::NetworkError err)
 {
-    reply->deleteLater();
-    manager->deleteLater();
     emit downloadFileError(url);
 }
 

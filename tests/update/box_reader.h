@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QStringList>
+
+#include "tests/overview/modal_user.h"
+
+// Answers the next message box with its first button, and keeps what it said. GUI thread only.
+class Box_Reader
+{
+public:
+    bool met() const { return user.met; }
+
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QWidget *parent = nullptr;
+    QString title;
+    QString text;
+    QStringList buttons;
+
+private:
+    void read(QMessageBox *box)
+    {
+        icon = box->icon();
+        parent = box->parentWidget();
+        title = box->windowTitle();
+        text = box->text();
+        for (const QAbstractButton *button : box->buttons())
+            buttons += button->text();
+        box->buttons().constFirst()->click();
+    }
+
+    Modal_User<QMessageBox> user{[this](QMessageBox *box) { read(box); }};
+};

@@ -48,15 +48,21 @@ def planks():
 
 
 def light(x, y, rx, ry, opacity=1.0):
+    """What a lamp throws, brightest where it hangs."""
     return shadow(x, y, rx, ry, "url(#lamplight)", opacity)
+
+
+def wash(x, y, rx, ry, opacity=1.0):
+    """Light of a source out of sight: it has no bright core."""
+    return shadow(x, y, rx, ry, "url(#washlight)", opacity)
 
 
 def room(lights):
     """Wall, skirting board and floor; each light is x, y, rx, ry, opacity on the wall."""
     parts = [rect(0, 0, WIDTH, FLOOR + 2, "url(#wall)")]
-    parts += [light(*spot) for spot in lights]
+    parts += [wash(*spot) for spot in lights]
     parts.append(planks())
-    parts += [light(x, FLOOR + 90, rx * 0.8, 130, opacity * 0.5) for x, _, rx, _, opacity in lights]
+    parts += [wash(x, FLOOR + 90, rx * 0.8, 130, opacity * 0.5) for x, _, rx, _, opacity in lights]
     parts.append(rect(0, FLOOR - 26, WIDTH, 28, "url(#skirting)"))
     parts.append(rect(0, FLOOR, WIDTH, 26, "#1a0f08", 0, 'opacity="0.25" filter="url(#blur12)"'))
     return "".join(parts)
@@ -169,9 +175,9 @@ def vignette():
 def air():
     return "".join([
         room([(190, 260, 760, 480, 0.85), (1540, 340, 620, 400, 0.5)]),
-        lamp(190, 700), frame(1075, 160, 330, 220),
+        lamp(190, 700), frame(775, 150, 330, 220),
         sideboard(690, 682, 690, 128),
-        on_top("center", 940, 520, 0.74), plant(1290, 522, 0.86), books(1130, 522),
+        on_top("vc5", 940, 521, 0.74), plant(1290, 522, 0.86), books(1130, 522),
         standing("vc9", 480, 722, 0.98), standing("vc9", 1590, 722, 0.98),
         plant(1890, 742, 1.5), vignette(),
     ])
@@ -192,18 +198,19 @@ def sub():
 
 
 def palette():
-    row = [("vc9", 300), ("vc8", 560), ("vc7", 800), ("vc5", 1045), ("vc3", 1310), ("vs12", 1690)]
-    stand = {"vc5": 110, "vc3": 110}
-    parts = [room([(330, 300, 460, 430, 0.7), (840, 330, 460, 400, 0.6), (1340, 360, 500, 380, 0.6),
-                   (1720, 380, 420, 340, 0.4)])]
-    for name, x in row:
+    row = [("vc9", 225, 1.0), ("vc8", 485, 1.0), ("vc7", 717, 1.0), ("vc3", 945, 1.0), ("vc5", 1262, 0.8),
+           ("vs12", 1730, 0.96)]
+    stand = {"vc3": (92, 150), "vc5": (176, 118)}
+    parts = [room([(260, 330, 640, 560, 0.75), (960, 340, 700, 520, 0.7), (1640, 360, 560, 480, 0.55)])]
+    for name, x, scale in row:
         if name in stand:
-            parts.append(shadow(x + 30, 744, 150, 24))
-            parts.append(box(x - 105, 746, 210, stand[name], EYE, 0.10, "url(#ceramic)", "#cdb99e", "#84705a",
+            half, height = stand[name]
+            parts.append(shadow(x + 30, 744, 1.4 * half, 24))
+            parts.append(box(x - half, 746, 2 * half, height, EYE, 0.10, "url(#ceramic)", "#cdb99e", "#84705a",
                              "#f6ecdc"))
-            parts.append(on_top(name, x, 746 - stand[name] - 2, 1.0))
+            parts.append(on_top(name, x, 746 - height - 2, scale))
         else:
-            parts.append(standing(name, x, 746, 1.0))
+            parts.append(standing(name, x, 746, scale))
     parts.append(vignette())
     return "".join(parts)
 
@@ -246,7 +253,7 @@ def wlan():
         lamp(170, 700),
         sideboard(570, 742, 930, 176, 4),
         waves(935, 442, 4, 68, 50, 12), router(935, 530),
-        on_top("vc5", 662, 532, 0.9), tablet(1178, 534), on_top("vc3", 1400, 532, 0.98),
+        on_top("vc3", 662, 532, 0.98), tablet(1178, 534), on_top("vc3", 1400, 532, 0.98),
         standing("vc8", 390, 752, 0.96), standing("vs12", 1740, 756, 0.9),
         waves(390, 280, 2, 46, 34, 8), waves(1740, 448, 2, 46, 34, 8), vignette(),
     ])
@@ -255,18 +262,21 @@ def wlan():
 SCENES = {"air": air, "sub": sub, "palette": palette, "wlan": wlan}
 
 # Height of the front in the 54 x 100 picture; they grow with the model so that the tree tells them apart.
-PRODUCTS = {"vc3": (46, 28), "vc5": (58, 29), "vc7": (74, 27), "vc8": (85, 28), "vc9": (94, 29), "vs12": (42, 41)}
+PRODUCTS = {"vc3": (46, 28), "vc5": (18.5, 44), "vc7": (74, 26), "vc8": (85, 27), "vc9": (94, 29), "vs12": (42, 41)}
 
 
 def product(name):
+    """In the middle of its picture, as the texts are in the middle of their row."""
     w, h, _ = MODELS[name]
     height, width = PRODUCTS[name]
     scale = 8 * height / h
     squeeze = 8 * width / (w * scale)
+    base = 396 + 8 * height / 2
     body = speaker(name, 0, 0, (900, -0.55 * 8 * height), scale, 0.085)
     return document((54, 100), (0, 0, 432, 800),
-                    rect(0, 0, 432, 800, "#fff") + shadow(212, 774, 8 * width * 0.72, 17, "url(#softshadow)")
-                    + f'<g transform="translate(186 772) scale({squeeze:.3f} 1)">{body}</g>')
+                    rect(0, 0, 432, 800, "#fff") + shadow(214, base + 2, min(5.76 * width, 206), 17, "url(#softshadow)")
+                    + f'<g transform="translate(186 {base:.0f}) '
+                    f'scale({squeeze:.3f} 1)">{body}</g>')
 
 
 def slider_handle():

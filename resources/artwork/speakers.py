@@ -2,19 +2,20 @@
 """The speakers of the family, as SVG: cabinets in one-point perspective with their drivers."""
 import random
 
-# Width and height in the unit of the scenes, and the drivers from top to bottom: kind, height of the centre as a
-# share of the cabinet's height, radius as a share of its width.
+# Width and height in the unit of the scenes, and the drivers: kind, place of the centre as shares of the front's width
+# and height, radius as a share of its shorter side. No two drivers touch.
 MODELS = {
-    "vc3": (150, 236, [("tweeter", 0.235, 0.20), ("cone", 0.645, 0.37)]),
-    "vc5": (166, 318, [("tweeter", 0.155, 0.19), ("cone", 0.435, 0.31), ("cone", 0.77, 0.34)]),
-    "vc7": (150, 430, [("tweeter", 0.115, 0.19), ("cone", 0.31, 0.29), ("cone", 0.60, 0.36)]),
-    "vc8": (156, 500, [("tweeter", 0.10, 0.18), ("cone", 0.255, 0.27), ("cone", 0.465, 0.36), ("cone", 0.72, 0.36)]),
-    "vc9": (168, 560, [("cone", 0.095, 0.23), ("tweeter", 0.20, 0.155), ("cone", 0.305, 0.23),
-                       ("cone", 0.476, 0.33), ("cone", 0.675, 0.33), ("cone", 0.874, 0.33)]),
-    "vs12": (330, 340, [("cone", 0.50, 0.41)]),
-    "center": (430, 140, []),
+    "vc3": (150, 236, [("tweeter", 0.5, 0.225, 0.20), ("cone", 0.5, 0.645, 0.365)]),
+    "vc5": (400, 165, [("cone", 0.185, 0.5, 0.375), ("tweeter", 0.5, 0.5, 0.235), ("cone", 0.815, 0.5, 0.375)]),
+    "vc7": (150, 430, [("tweeter", 0.5, 0.115, 0.19), ("cone", 0.5, 0.31, 0.29), ("cone", 0.5, 0.60, 0.36)]),
+    "vc8": (156, 500, [("tweeter", 0.5, 0.10, 0.18), ("cone", 0.5, 0.255, 0.26), ("cone", 0.5, 0.475, 0.345),
+                       ("cone", 0.5, 0.72, 0.345)]),
+    "vc9": (168, 560, [("cone", 0.5, 0.087, 0.205), ("tweeter", 0.5, 0.197, 0.135), ("cone", 0.5, 0.307, 0.205),
+                       ("cone", 0.5, 0.482, 0.305), ("cone", 0.5, 0.678, 0.305), ("cone", 0.5, 0.874, 0.305)]),
+    "vs12": (330, 340, [("cone", 0.5, 0.50, 0.41)]),
 }
 FLOOR_STANDING = {"vc7", "vc8", "vc9"}
+NO_LAMP = {"vc5", "vc9"}  # their drivers leave no room for it
 
 
 def circle(x, y, r, fill, extra=""):
@@ -125,8 +126,8 @@ def cabinet(x, base, w, h, drivers, eye, depth, seed, plinth=False):
     parts.append(rect(x + rim, top + rim, w - 2 * rim, h - foot - 2 * rim, "url(#baffle)", 0.06 * min(w, h)))
     parts.append(rect(x + rim, top + rim, w - 2 * rim, h - foot - 2 * rim, "url(#glaze)", 0.06 * min(w, h)))
     parts.append(rect(x, top, w, 2, "#ffe2bd", 1, 'opacity="0.55"'))
-    for kind, share, size in drivers:
-        parts.append(DRIVERS[kind](x + w / 2, top + share * (h - foot), size * w))
+    for kind, across, down, size in drivers:
+        parts.append(DRIVERS[kind](x + across * w, top + down * (h - foot), size * min(w, h)))
     return "".join(parts)
 
 
@@ -136,9 +137,6 @@ def speaker(model, x, base, eye=(1024, 420), scale=1.0, depth=0.10):
     w, h = w * scale, h * scale
     left = x - w / 2
     body = cabinet(left, base, w, h, drivers, eye, depth, model, model in FLOOR_STANDING)
-    if model == "center":
-        middle = base - h / 2
-        body += cone(left + 0.19 * w, middle, 0.36 * h) + cone(left + 0.81 * w, middle, 0.36 * h)
-        body += tweeter(x, middle, 0.26 * h)
-    lamp = circle(x, base - 0.035 * h - 4 * scale, max(1.6, 2.6 * scale), "#fff3da", 'opacity="0.9"')
-    return body if model in ("vc9", "center") else body + lamp
+    if model in NO_LAMP:
+        return body
+    return body + circle(x, base - 0.035 * h - 4 * scale, max(1.6, 2.6 * scale), "#fff3da", 'opacity="0.9"')

@@ -35,7 +35,7 @@ VIRELO Airs neu starten!</translation>
   </message>
   <message>
     <source>DeviceName could not be set</source>
-    <translation>Der Gerätename konnte nicht gesetzt werden</translation>
+    <translation>Der Gerätename konnte nicht geändert werden</translation>
   </message>
   <message>
     <source>IP Addr:</source>
@@ -155,11 +155,11 @@ Lautsprecher neu!</translation>
   </message>
   <message>
     <source>VIRELO Air Group Configuration</source>
-    <translation>VIRELO Air Gruppenkonfiguration</translation>
+    <translation>VIRELO Air – Gruppenkonfiguration</translation>
   </message>
   <message>
     <source>VIRELO Group</source>
-    <translation>VIRELO Gruppe</translation>
+    <translation>VIRELO-Gruppe</translation>
   </message>
   <message>
     <source>Add to Group</source>
@@ -277,7 +277,7 @@ Lautsprecher neu!</translation>
   </message>
   <message>
     <source>Is your Group</source>
-    <translation>Ist Ihre Gruppe</translation>
+    <translation>Ihre Gruppe</translation>
   </message>
   <message>
     <source>Loudspeaker / Group</source>
@@ -317,15 +317,15 @@ Lautsprecher neu!</translation>
   </message>
   <message>
     <source>is Cell Master</source>
-    <translation>ist Zellen-Master</translation>
+    <translation>Zellen-Master</translation>
   </message>
   <message>
     <source>is a Member</source>
-    <translation>ist Mitglied</translation>
+    <translation>Mitglied</translation>
   </message>
   <message>
     <source>is group Master</source>
-    <translation>ist Gruppen-Master</translation>
+    <translation>Master</translation>
   </message>
 </context>
 <context>
@@ -753,7 +753,7 @@ Lautsprecher neu!</translation>
   <message>
     <source>Please select your private WLAN
   </source>
-    <translation>Bitte wählen Sie Ihr privates WLAN
+    <translation>Bitte wählen Sie Ihr privates WLAN aus
   </translation>
   </message>
   <message>

@@ -35,30 +35,31 @@ HOME = ["Wohnzimmer links", "Wohnzimmer rechts", "KÃ¼che", "Sub Wohnzimmer", "GÃ
 
 
 class Display:
-    """One X server for all tests of a process. It is reached through the lab's own network alone, so that labs side by
-    side do not meet; only its number is chosen at random, since servers compile their keymaps into files named by it."""
+    """One X server a screen size for all tests of a process. It is reached through the lab's own network alone, so that
+    labs side by side do not meet; only its number is chosen at random, since servers compile their keymaps into files
+    named by it."""
 
-    _running = None
+    _running = {}
 
     @classmethod
-    def name(cls):
-        if cls._running is None:
-            cls._running = cls()
-        return cls._running.display
+    def name(cls, size):
+        if size not in cls._running:
+            cls._running[size] = cls(size)
+        return cls._running[size].display
 
     @classmethod
     def end(cls):
-        if cls._running:
-            cls._running.process.terminate()
-            cls._running.process.wait()
-            cls._running = None
+        while cls._running:
+            _, display = cls._running.popitem()
+            display.process.terminate()
+            display.process.wait()
 
-    def __init__(self):
+    def __init__(self, size):
         self.display = f":{random.SystemRandom().randrange(1000, 50000)}"
         ready, done = os.pipe()
         self.process = subprocess.Popen(
             ["Xvfb", self.display, "-displayfd", str(done), "-nolock", "-nolisten", "unix", "-nolisten", "tcp",
-             "-screen", "0", "1280x1024x24"],
+             "-screen", "0", f"{size}x24"],
             pass_fds=[done], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(done)
         with os.fdopen(ready) as pipe:
@@ -107,8 +108,10 @@ class Probe:
 class Program:
     """The running program. What a user could see is read, and what he could do is done, through the probe."""
 
-    def __init__(self, scratch, locale="C.UTF-8", debug=False, home=None):
-        """`home` is that of an earlier program, with what it stored; `debug` must then be as it was left there."""
+    def __init__(self, scratch, locale="C.UTF-8", debug=False, home=None, screen="1280x1024", app=None, environment=None):
+        """`home` is that of an earlier program, with what it stored; `debug` must then be as it was left there. `app` is
+        the file to run where it is not the one that is tested. `environment` goes over what is set here; None takes a
+        variable away."""
         self.scratch = pathlib.Path(tempfile.mkdtemp(dir=scratch))
         self.home = home or self.scratch / "home"
         self.home.mkdir(exist_ok=True)
@@ -122,7 +125,7 @@ class Program:
             "PATH": os.environ["PATH"],
             "HOME": str(self.home),
             "LC_ALL": locale,
-            "DISPLAY": Display.name(),
+            "DISPLAY": Display.name(screen),
             "XDG_RUNTIME_DIR": os.environ["XDG_RUNTIME_DIR"],
             "TMPDIR": str(self.scratch),
             "DBUS_SYSTEM_BUS_ADDRESS": os.environ["DBUS_SYSTEM_BUS_ADDRESS"],
@@ -131,11 +134,13 @@ class Program:
             "VIRELO_PROBE_SOCKET": str(probe_path),
             "ASAN_OPTIONS": "detect_leaks=0",
             "UBSAN_OPTIONS": "print_stacktrace=1",
+            **(environment or {}),
         }
+        environment = {name: value for name, value in environment.items() if value is not None}
         self._marked = None
         self.probe = None
         with open(self.scratch / "out", "wb") as out, open(self.scratch / "err", "wb") as err:
-            self.process = subprocess.Popen([os.environ["VIRELO_APP"]], env=environment, stdin=subprocess.DEVNULL,
+            self.process = subprocess.Popen([app or os.environ["VIRELO_APP"]], env=environment, stdin=subprocess.DEVNULL,
                                             stdout=out, stderr=err)
         try:
             self.probe = Probe(probe_path, self.process)

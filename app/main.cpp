@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <QApplication>
 #include <QDebug>
+#include <QIcon>
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QSettings>
@@ -37,6 +38,9 @@ int run_application(int argc, char *argv[])
     QCoreApplication::setOrganizationName("VIRELO");
     QCoreApplication::setOrganizationDomain(VIRELO_MAKER_DOMAIN);
     QCoreApplication::setApplicationName("VireloApp");
+    // By this a desktop finds name and icon of the window. Wayland asks for it, X11 for the icon itself.
+    QGuiApplication::setDesktopFileName(VIRELO_APP_ID);
+    QApplication::setWindowIcon(QIcon::fromTheme(VIRELO_APP_ID));
 
     settings = new QSettings;
     set_up_logging();

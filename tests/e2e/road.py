@@ -339,6 +339,10 @@ class Program:
         await_condition(at_rest, lambda: f"threads and descriptors come to rest: {seen[-40:]}")
         self._marked = (seen[-1], self.threads(), self.descriptors())
 
+    def unmark(self):
+        """The end is not to ask for the mark again, where the test has accounted for what is not as it was."""
+        self._marked = None
+
     def await_mark(self, more_threads=0, more_descriptors=0):
         """Until threads and descriptors are as many as at the mark, and those more that the test accounts for."""
         (threads, descriptors), threads_then, descriptors_then = self._marked

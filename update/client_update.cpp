@@ -108,7 +108,9 @@ void Client_Update::place_widgets()
     add_caption(grid, 1, tr("Speaker:"));
     grid->addWidget(new QLabel("<b>" + model_name(speaker_type()) + "</b> (" + name + ")"), 1, 1, 1, 3);
     add_caption(grid, 2, tr("Version:"));
-    grid->addWidget(new QLabel(device->firmware), 2, 1, 1, 2);
+    auto *version = new QLabel(device->firmware);
+    version->setTextFormat(Qt::PlainText); // a speaker tells it: it stands as it is
+    grid->addWidget(version, 2, 1, 1, 2);
     add_caption(grid, 3, tr("Update:"));
     grid->addWidget(wifi_radio, 3, 1);
     grid->addWidget(host_radio, 3, 2);
@@ -156,6 +158,8 @@ void Client_Update::radioClicked(bool checked)
 
 void Client_Update::checkFile()
 {
+    if (!device)
+        return;
     auto *file = new Web_File;
     connect(file, &Web_File::fileSizeFinished, this, &Client_Update::fileSize);
     connect(file, &Web_File::fileSizeError, this, &Client_Update::fileError);
@@ -183,8 +187,8 @@ void Client_Update::fileError()
 
 void Client_Update::updateFirmware()
 {
-    if (flash_file)
-        return; // lines go out, and the buttons stay enabled meanwhile
+    if (!device)
+        return;
     if (host_radio->isChecked()) {
         updateFirmwareHOST();
         return;
@@ -222,6 +226,8 @@ void Client_Update::replyFinished(QNetworkReply *reply)
 
 void Client_Update::updateCheckTimer()
 {
+    if (!device)
+        return;
     post_json(this, device->otaupgrade_url, R"({"action": "querystatus"} )", "application/json",
               SLOT(replyFinishedUpdateCheck(QNetworkReply *)));
 }

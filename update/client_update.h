@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class Device_Desc;
 class QFile;
@@ -13,14 +14,16 @@ class QProgressBar;
 class QPushButton;
 class QRadioButton;
 class QTextStream;
+class Virelos;
 
 // The dialog that upgrades one speaker. The Wi-Fi module fetches its firmware by itself from a URL and is
 // polled for its status; the amplifier processor, the host, is fed line by line from here. Either needs a
 // successful check of the file on the server first.
 //
 // GUI thread only: the transfer to the host freezes the window for up to some seconds a line, and for five
-// seconds before the first, which is meant. Not deleted when it closes; a transfer or a poll goes on then. A
-// failure shows in the status text at most.
+// seconds before the first, which is meant. Not deleted when it closes; a transfer or a poll goes on then. It
+// may outlive the record: then a transfer goes on, and nothing new is asked. A failure shows in the status
+// text at most.
 class Client_Update : public QDialog
 {
     Q_OBJECT
@@ -29,9 +32,9 @@ public:
     Client_Update(Device_Desc *device,
                   QWidget *parent); // a record without control object is treated as unknown
 
-    Device_Desc *device;
-    int file_size = 0;           // bytes, from the last check; -1 after a failed one
-    QFile *flash_file = nullptr; // open while lines go out, as the stream on it
+    QPointer<Device_Desc> device; // null once the record is gone
+    int file_size = 0;            // bytes, from the last check; -1 after a failed one
+    QFile *flash_file = nullptr;  // open while lines go out, as the stream on it
     QTextStream *flash_stream = nullptr;
     int flash_total = 0; // one less than the lines of the file
     int flash_done = 0;  // lines sent so far
@@ -68,5 +71,7 @@ private:
     QString host_file_url() const;
     int speaker_type() const;
     void show_status(int status, int errinfo);
-    int flash_percentage() const;
+    double flash_percentage() const;
+
+    Virelos *flash_control = nullptr; // who gets the lines; no control object is ever deleted
 };

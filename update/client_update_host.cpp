@@ -24,6 +24,8 @@ constexpr int line_pause_ms = 10; // in which the window answers
 
 void Client_Update::updateFirmwareHOST()
 {
+    if (flash_file)
+        return; // lines go out, and the buttons stay enabled meanwhile
     auto *file = new Web_File;
     // downloadFileError is left alone: a failed download reaches the same slot, which is meant.
     connect(file, &Web_File::downloadFileFinished, this, &Client_Update::hostDownloadFilefinished);
@@ -33,15 +35,15 @@ void Client_Update::updateFirmwareHOST()
 void Client_Update::hostDownloadFilefinished(QString filename, int lines)
 {
     qDebug() << "HOST Firmware downloaded " << filename << "with" << lines << "lines";
-    Virelos *control = device->control;
-    if (flash_file || !control || device->is_group)
+    if (flash_file || !device || !device->control || device->is_group)
         return;
 
     status_label->setText(tr("Downloading...")); // throughout the transfer: meant
     flash_total = lines;
-    control->terminate();
-    control->flash_open();
-    control->flash();
+    flash_control = device->control;
+    flash_control->terminate();
+    flash_control->flash_open();
+    flash_control->flash();
     QThread::msleep(flash_mode_ms);
 
     qDebug() << "\n\n\nflashing HEX File...";
@@ -56,18 +58,19 @@ void Client_Update::hostDownloadFilefinished(QString filename, int lines)
     flashLineTimer();
 }
 
-int Client_Update::flash_percentage() const
+// Of a file of one line or none there is no part to tell.
+double Client_Update::flash_percentage() const
 {
-    return flash_total > 0 ? static_cast<int>(static_cast<double>(flash_done) / flash_total * 100) : 0;
+    return flash_total > 0 ? static_cast<double>(flash_done) / flash_total * 100 : 0;
 }
 
 void Client_Update::flashLineTimer()
 {
     const QString line = flash_stream->readLine();
-    device->control->flash_line(line + "\r\n");
+    flash_control->flash_line(line + "\r\n");
 
-    const int percentage = flash_percentage();
-    progress_bar->setValue(percentage);
+    const double percentage = flash_percentage();
+    progress_bar->setValue(static_cast<int>(percentage));
     qDebug() << "Client_Update::flashLineTimer() HEX " << flash_done << " " << percentage << "% " << line;
     ++flash_done;
     if (flash_stream->atEnd())

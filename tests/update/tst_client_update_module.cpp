@@ -1,79 +1,16 @@
 // SPDX-License-Identifier: MIT
-#include <QChildEvent>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QTimer>
-#include <vector>
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
 #include "tests/overview/paint_log.h"
 #include "tests/settings/marking_translator.h"
+#include "tests/update/module_replies.h"
 #include "tests/update/update_world.h"
 
-namespace
-{
-const QByteArray success = R"({"returncode": "success"})";
-const QByteArray poll_body = "{\"action\": \"querystatus\"} ";
-
-QByteArray status_reply(const QByteArray &status, const QByteArray &errinfo = "0",
-                        const QByteArray &progress = "0")
-{
-    return R"({"status": ")" + status + R"(", "errinfo": ")" + errinfo + R"(", "downprogress": ")" +
-           progress + R"("})";
-}
-
-// A reply that is there already.
-class Ready_Reply : public QNetworkReply
-{
-public:
-    explicit Ready_Reply(const QByteArray &body)
-        : rest(body)
-    {
-        open(QIODevice::ReadOnly);
-    }
-    void abort() override {}
-    qint64 bytesAvailable() const override { return rest.size() + QNetworkReply::bytesAvailable(); }
-
-protected:
-    qint64 readData(char *data, qint64 size) override
-    {
-        const int count = static_cast<int>(qMin<qint64>(size, rest.size()));
-        std::copy_n(rest.constData(), count, data);
-        rest.remove(0, count);
-        return count;
-    }
-
-private:
-    QByteArray rest;
-};
-
-void hand_over(const Update_World &world, const char *slot, const QByteArray &body)
-{
-    Ready_Reply reply(body);
-    QVERIFY(QMetaObject::invokeMethod(world.dialog.get(), slot,
-                                      Q_ARG(QNetworkReply *, static_cast<QNetworkReply *>(&reply))));
-}
-
-// Tells when a request is made: each has a manager of its own, a child of the dialog.
-class Request_Watch : public QObject
-{
-public:
-    explicit Request_Watch(QObject *dialog) { dialog->installEventFilter(this); }
-
-    std::function<void()> on_request;
-
-    bool eventFilter(QObject *, QEvent *event) override
-    {
-        if (event->type() == QEvent::ChildAdded &&
-            !static_cast<QChildEvent *>(event)->child()->isWidgetType())
-            on_request();
-        return false;
-    }
-};
-} // namespace
-
-// The upgrade of the Wi-Fi module: what is asked of the speaker, and what its replies do.
+// The upgrade of the Wi-Fi module: what is asked of the speaker, and what its replies do. When it is asked
+// again is told in tst_client_update_polling.
 class tst_client_update_module : public QObject
 {
     Q_OBJECT
@@ -86,7 +23,6 @@ private slots:
     void flash_sends_folder_and_size();
     void flash_disables_and_repaints_all_buttons_in_order();
     void a_reply_of_success_polls_at_once();
-    void every_poll_has_a_manager_of_its_own_that_goes();
     void a_refused_start_leaves_it_stuck();
     void an_unreadable_reply_leaves_it_stuck_data() { add_unreadable(); }
     void an_unreadable_reply_leaves_it_stuck();
@@ -102,17 +38,10 @@ private slots:
     void done_enables_and_repaints_back_alone();
     void an_unreadable_poll_reply_leaves_it_stuck_data() { add_unreadable(); }
     void an_unreadable_poll_reply_leaves_it_stuck();
-    void a_speaker_that_goes_ends_the_polling();
-    void polling_goes_on_or_ends_by_status();
-    void the_next_poll_comes_one_second_after_the_reply();
-    void polling_goes_on_behind_a_closed_dialog();
-    void the_polls_follow_the_address_of_the_record();
-    void a_record_that_goes_ends_the_polling();
     void a_group_has_no_address_and_gets_stuck();
 
 private:
     void add_unreadable();
-    void press_flash();
 
     std::unique_ptr<Log_Capture> log;
     std::unique_ptr<Update_World> world;
@@ -134,22 +63,15 @@ void tst_client_update_module::cleanup()
     QCOMPARE(warnings, QStringList());
 }
 
-// With the check of a file of 4321 bytes behind it.
-void tst_client_update_module::press_flash()
-{
-    QVERIFY(QMetaObject::invokeMethod(world->dialog.get(), "fileSize", Q_ARG(int, 4321)));
-    world->dialog->flash_button->click();
-    QTRY_COMPARE(world->peer.requests.size(), 1);
-}
-
 void tst_client_update_module::flash_sends_folder_and_size_data()
 {
     QTest::addColumn<QString>("url");
     QTest::addColumn<int>("size");
     QTest::addColumn<QByteArray>("body");
+    const QByteArray server = VIRELO_DOWNLOAD_SERVER;
     QTest::newRow("untouched") << QString() << 4321
-                               << QByteArray("{\"action\": \"seturl\", \"otaaddress\": \"http://" //
-                                             VIRELO_DOWNLOAD_SERVER "/current/\", \"filesize\": \"4321\" }");
+                               << QByteArray(R"({"action": "seturl", "otaaddress": "http://)" + server +
+                                             R"(/current/", "filesize": "4321" })");
     QTest::newRow("edited, no length told")
         << "http://127.0.0.1/test/" << 0
         << QByteArray(R"({"action": "seturl", "otaaddress": "http://127.0.0.1/test/", "filesize": "0" })");
@@ -196,7 +118,7 @@ void tst_client_update_module::flash_disables_and_repaints_all_buttons_in_order(
 
 void tst_client_update_module::a_reply_of_success_polls_at_once()
 {
-    press_flash();
+    world->press_flash();
     bool asked = false;
     Request_Watch watch(world->dialog.get());
     watch.on_request = [&asked] { asked = true; };
@@ -216,25 +138,9 @@ void tst_client_update_module::a_reply_of_success_polls_at_once()
     QCOMPARE(log->debug_lines().last(), QString("Started Firmware Update"));
 }
 
-void tst_client_update_module::every_poll_has_a_manager_of_its_own_that_goes()
-{
-    const auto managers = [this] { return world->dialog->findChildren<QNetworkAccessManager *>(); };
-    press_flash();
-    QCOMPARE(managers().size(), 1);
-    const QPointer<QNetworkAccessManager> first = managers().constFirst();
-    QCOMPARE(first->parent(), world->dialog.get());
-    world->answer(success);
-    QTRY_COMPARE(world->peer.requests.size(), 2);
-    QTRY_VERIFY(!first);
-    QCOMPARE(managers().size(), 1);
-    world->answer(status_reply("6"));
-    QTRY_COMPARE(world->enabled(), done);
-    QTRY_VERIFY(managers().isEmpty());
-}
-
 void tst_client_update_module::a_refused_start_leaves_it_stuck()
 {
-    press_flash();
+    world->press_flash();
     world->answer(R"({"returncode": "error"})");
     QTRY_COMPARE(log->debug_lines().last(), QString("Start of Firmware Update failed"));
     QCOMPARE(world->enabled(), stuck);
@@ -258,7 +164,7 @@ void tst_client_update_module::an_unreadable_reply_leaves_it_stuck()
 {
     QFETCH(QByteArray, reply);
     QFETCH(QString, logged);
-    press_flash();
+    world->press_flash();
     world->answer(reply);
     QTRY_COMPARE(log->debug_lines().last(), logged);
     QVERIFY(log->debug_lines().constEnd()[-2].startsWith("Client Update reply received "));
@@ -311,7 +217,7 @@ void tst_client_update_module::an_error_shows_its_text_data()
 void tst_client_update_module::an_error_shows_its_text()
 {
     QFETCH(QByteArray, errinfo);
-    press_flash();
+    world->press_flash();
     hand_over(*world, "replyFinishedUpdateCheck", status_reply("5", errinfo));
     QTEST(world->dialog->status_label->text(), "text");
     QCOMPARE(world->enabled(), stuck);
@@ -385,7 +291,7 @@ void tst_client_update_module::an_unreadable_poll_reply_leaves_it_stuck()
 {
     QFETCH(QByteArray, reply);
     QFETCH(QString, logged);
-    press_flash();
+    world->press_flash();
     world->dialog->status_label->setText("before");
     world->dialog->progress_bar->setValue(50);
     hand_over(*world, "replyFinishedUpdateCheck", reply);
@@ -394,125 +300,6 @@ void tst_client_update_module::an_unreadable_poll_reply_leaves_it_stuck()
     QCOMPARE(world->dialog->status_label->text(), QString("before"));
     QCOMPARE(world->dialog->progress_bar->value(), 50);
     QCOMPARE(world->enabled(), stuck);
-}
-
-void tst_client_update_module::a_speaker_that_goes_ends_the_polling()
-{
-    press_flash();
-    world->answer(success);
-    QTRY_COMPARE(world->peer.requests.size(), 2);
-    log->clear();
-    world->peer.close();
-    world->peer.requests.last().link->abort();
-    QTRY_COMPARE(log->debug_lines(),
-                 (QStringList{"Client UpdateCheck reply received \"\"", "Document is NULL"}));
-    QCOMPARE(world->enabled(), stuck);
-}
-
-// All speakers side by side. Those that end are answered first: when the last one of the others has polled
-// again, each of them would have done so.
-void tst_client_update_module::polling_goes_on_or_ends_by_status()
-{
-    const QList<QByteArray> last_replies = {
-        status_reply("5"), status_reply("5", "2"), status_reply("6"), "", "{}", "<html>", "{\"status\": \"1"};
-    const QList<QByteArray> other_replies = {status_reply("0"),  status_reply("1"),  status_reply("2"),
-                                             status_reply("3"),  status_reply("4"),  status_reply("7"),
-                                             status_reply(""),   status_reply("-1"), R"({"status": 6})",
-                                             R"({"status": 5})", R"({"other": "6"})"};
-    std::vector<std::unique_ptr<Update_World>> worlds;
-    for (const QByteArray &reply : last_replies + other_replies) {
-        worlds.push_back(std::make_unique<Update_World>());
-        Update_World &each = *worlds.back();
-        each.open();
-        each.call("updateCheckTimer");
-        QTRY_COMPARE(each.peer.requests.size(), 1);
-        log->clear();
-        each.answer(reply);
-        QTRY_VERIFY(!log->debug_lines().isEmpty());
-    }
-    const auto last_count = static_cast<size_t>(last_replies.size());
-    for (size_t i = last_count; i < worlds.size(); ++i) {
-        QTRY_COMPARE(worlds[i]->peer.requests.size(), 2);
-        QCOMPARE(worlds[i]->peer.requests.last().body, poll_body);
-    }
-    for (size_t i = 0; i < last_count; ++i)
-        QCOMPARE(worlds[i]->peer.requests.size(), 1);
-}
-
-// All on one event loop, so the order of what happens holds on a busy machine too.
-void tst_client_update_module::the_next_poll_comes_one_second_after_the_reply()
-{
-    QStringList order;
-    QTimer early, late;
-    for (QTimer *timer : {&early, &late}) {
-        timer->setSingleShot(true);
-        timer->setTimerType(Qt::PreciseTimer);
-    }
-    early.setInterval(990);
-    late.setInterval(1100);
-    connect(&early, &QTimer::timeout, [&order] { order += "early"; });
-    connect(&late, &QTimer::timeout, [&order] { order += "late"; });
-    Request_Watch watch(world->dialog.get());
-    watch.on_request = [&order] { order += "poll"; };
-    log->on_debug_line = [&](const QString &line) {
-        if (line.startsWith("Status:")) {
-            early.start();
-            late.start();
-        }
-    };
-    hand_over(*world, "replyFinishedUpdateCheck", status_reply("1"));
-    QTRY_COMPARE(order.size(), 3);
-    QCOMPARE(order, (QStringList{"early", "poll", "late"}));
-    log->on_debug_line = nullptr;
-}
-
-void tst_client_update_module::polling_goes_on_behind_a_closed_dialog()
-{
-    world->dialog->show();
-    press_flash();
-    world->answer(success);
-    QTRY_COMPARE(world->peer.requests.size(), 2);
-    world->answer(status_reply("1"));
-    QTRY_COMPARE(world->dialog->status_label->text(), QString("Downloading..."));
-    world->dialog->close();
-    QTRY_COMPARE(world->peer.requests.size(), 3);
-    world->answer(status_reply("6"));
-    QTRY_COMPARE(world->dialog->status_label->text(), QString("Done!"));
-    QVERIFY(!world->dialog->isVisible());
-}
-
-void tst_client_update_module::the_polls_follow_the_address_of_the_record()
-{
-    Http_Peer elsewhere(QHostAddress(own_loopback(3)));
-    press_flash();
-    elsewhere.point_at_me(*world->record);
-    world->answer(success);
-    QTRY_COMPARE(elsewhere.requests.size(), 1);
-    QCOMPARE(elsewhere.requests.first().body, poll_body);
-}
-
-// A second dialog whose reply comes later tells when the poll of the first one would have come.
-void tst_client_update_module::a_record_that_goes_ends_the_polling()
-{
-    press_flash();
-    world->answer(success);
-    QTRY_COMPARE(world->peer.requests.size(), 2);
-    world->answer(status_reply("1"));
-    QTRY_COMPARE(world->dialog->status_label->text(), QString("Downloading..."));
-    world->record.release()->discard();
-
-    Update_World other;
-    other.open();
-    hand_over(other, "replyFinishedUpdateCheck", status_reply("1"));
-    QTRY_COMPARE(other.peer.requests.size(), 1);
-    QCOMPARE(world->peer.requests.size(), 2);
-    QVERIFY(world->dialog->findChildren<QNetworkAccessManager *>().isEmpty());
-    QCOMPARE(world->enabled(), stuck);
-
-    hand_over(*world, "replyFinished", success);
-    QVERIFY(world->dialog->findChildren<QNetworkAccessManager *>().isEmpty());
-    hand_over(*world, "replyFinishedUpdateCheck", status_reply("6"));
-    QCOMPARE(world->enabled(), done);
 }
 
 void tst_client_update_module::a_group_has_no_address_and_gets_stuck()

@@ -32,6 +32,14 @@ struct Update_World {
 
     void call(const char *slot) { QVERIFY(QMetaObject::invokeMethod(dialog.get(), slot)); }
 
+    // "FLASH!", with the check of a file of 4321 bytes behind it.
+    void press_flash()
+    {
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), "fileSize", Q_ARG(int, 4321)));
+        dialog->flash_button->click();
+        QTRY_COMPARE(peer.requests.size(), 1);
+    }
+
     // The buttons that may be pressed, in the order in which they are declared.
     QStringList enabled() const
     {
@@ -53,7 +61,7 @@ struct Update_World {
     std::unique_ptr<Client_Update> dialog;
 };
 
-const QStringList unchecked = {"check", "back"};
-const QStringList checked = {"check", "flash", "back"};
-const QStringList done = {"back"};
-const QStringList stuck = {};
+inline const QStringList unchecked = {"check", "back"};
+inline const QStringList checked = {"check", "flash", "back"};
+inline const QStringList done = {"back"};
+inline const QStringList stuck = {};

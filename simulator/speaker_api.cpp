@@ -65,6 +65,47 @@ bool is_list_of_texts(const QJsonValue &value)
            std::all_of(list.begin(), list.end(), [](const QJsonValue &v) { return v.isString(); });
 }
 
+QStringList texts_of(const QJsonValue &list)
+{
+    QStringList texts;
+    for (const QJsonValue text : list.toArray())
+        texts += text.toString();
+    return texts;
+}
+
+bool is_dotted(const QString &text)
+{
+    const QStringList parts = text.split('.');
+    return parts.size() == 4 && std::all_of(parts.begin(), parts.end(), [](const QString &part) {
+               bool is_number = false;
+               return part.toUShort(&is_number) <= 255 && is_number;
+           });
+}
+
+// Empty where the request has none.
+Static_Address static_address_of(const QJsonObject &object)
+{
+    const auto text = [&object](const char *name) { return member_of(object, name).toString(); };
+    return {text("inet/address"),
+            text("inet/netmask"),
+            text("inet/broadcast"),
+            text("inet/gateway"),
+            texts_of(member_of(object, "dns/domains")),
+            texts_of(member_of(object, "dns/nameservers"))};
+}
+
+QString place_text(const Static_Address &place)
+{
+    if (place.address.isEmpty())
+        return "by DHCP";
+    QString text = QString("at %1, netmask %2, broadcast %3, gateway \"%4\"")
+                       .arg(place.address, place.netmask, place.broadcast, place.gateway);
+    if (!place.domains.isEmpty())
+        text += QString(", domains %1, name servers %2")
+                    .arg(place.domains.join(' '), place.name_servers.join(' '));
+    return text;
+}
+
 Http_Reply json_reply(const QJsonObject &object)
 {
     Http_Reply reply;
@@ -246,7 +287,7 @@ QJsonObject Speaker_Api::add_network(const QJsonObject &object)
     for (const Wlan_Network &network : config.networks)
         if (network.ssid == ssid && !network.password.isNull() && network.password != password)
             return result("wrong password");
-    added_networks.insert(++last_network_id, ssid);
+    added_networks.insert(++last_network_id, {ssid, static_address_of(object)});
     QJsonObject outcome = success();
     outcome.insert("id", last_network_id);
     return outcome;
@@ -259,6 +300,12 @@ QJsonObject Speaker_Api::add_static_network(const QJsonObject &object)
         if (object.contains("dns") && !is_list_of_texts(member_of(object, list)))
             return failure(QString("bad member ") + list);
     }
+    for (const char *member : {"inet/address", "inet/netmask", "inet/broadcast", "inet/gateway"}) {
+        const QString text = member_of(object, member).toString();
+        const bool may_be_empty = QLatin1String(member) == QLatin1String("inet/gateway");
+        if (!is_dotted(text) && !(text.isEmpty() && may_be_empty))
+            return failure(QString("no address in ") + member);
+    }
     return add_network(object);
 }
 
@@ -267,8 +314,10 @@ QJsonObject Speaker_Api::select_network(const QJsonObject &object)
     const int id = object.value("id").toInt(-1);
     if (!added_networks.contains(id))
         return failure("unknown network");
-    config.ssid = added_networks.value(id);
+    config.ssid = added_networks.value(id).ssid;
+    config.static_address = added_networks.value(id).static_address;
     config.wlan_mode = "STA";
+    emit event(QString("joins \"%1\" %2").arg(config.ssid, place_text(config.static_address)));
     leave = true;
     return success();
 }

@@ -35,6 +35,10 @@ signals:
 
 private:
     struct Action;
+    struct Added_Network {
+        QString ssid;
+        Static_Address static_address;
+    };
     static const Action *find_action(const QString &path, const QString &action, bool *known_path);
 
     QJsonObject device_info(const QJsonObject &object);
@@ -62,7 +66,7 @@ private:
     const Speaker_Faults &faults;
     Module_Upgrade upgrade;
     QMap<QPair<QString, QString>, QByteArray> raw_replies;
-    QMap<int, QString> added_networks; // id to ssid
+    QMap<int, Added_Network> added_networks; // by id
     int last_network_id = 0;
     bool leave = false;
 };

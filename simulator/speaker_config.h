@@ -5,6 +5,17 @@
 #include <QList>
 #include <QMap>
 #include <QString>
+#include <QStringList>
+
+// Where a speaker stands in a network that gives it no address. Texts as they came; empty members for DHCP.
+struct Static_Address {
+    QString address;
+    QString netmask;
+    QString broadcast;
+    QString gateway;
+    QStringList domains;
+    QStringList name_servers;
+};
 
 // One wireless network that a speaker sees.
 struct Wlan_Network {
@@ -64,7 +75,8 @@ struct Speaker_Config {
     int pairable_timeout = 0;
 
     // Network setup
-    QList<Wlan_Network> networks; // what "wifiscan" finds
+    QList<Wlan_Network> networks;  // what "wifiscan" finds
+    Static_Address static_address; // as the network that was selected last was added
 
     // Module upgrade: polls that each status number lasts. The download lasts longer where it needs to.
     int upgrade_polls = 1;

@@ -275,6 +275,11 @@ void tst_client_conf_wire::a_real_speaker_reads_each_body()
     QCOMPARE(speaker->config().ssid, QString("Home"));
     QCOMPARE(speaker->config().wlan_mode, QString("STA"));
     QVERIFY(speaker->wait_until_stopped()); // it has left
+    const Static_Address place = speaker->config().static_address;
+    QCOMPARE(place.address, QString(is_static ? "192.168.1.20" : ""));
+    QCOMPARE(place.broadcast, QString(is_static ? "192.168.1.255" : ""));
+    QCOMPARE(place.domains, domain.isEmpty() ? QStringList() : QStringList(domain));
+    QCOMPARE(place.name_servers, domain.isEmpty() ? QStringList() : (QStringList{"8.8.8.8", "8.8.4.4"}));
 }
 
 void tst_client_conf_wire::a_quote_makes_a_body_that_the_speaker_refuses_data()

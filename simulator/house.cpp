@@ -80,6 +80,8 @@ bool House::open(const Resident &resident)
         speaker.change([](Speaker_Config &config) { config.http_port = 0; });
         if (!speaker.start())
             return false;
+        log.event(resident.name,
+                  QString("-- its HTTP port is closed to us; it takes %1").arg(speaker.http_port()));
     }
     announce(resident);
     return true;

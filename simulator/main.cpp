@@ -142,11 +142,16 @@ QStringList help(const QCommandLineParser &parser)
         lines += indent + line;
     lines += {
         "",
+        "An event is told with seconds since the start and who. \"<-\" was heard, \"->\" was said, \"--\" "
+        "happened",
+        "to links or firmware, \"!!\" is wrong with what was heard or cannot be.",
+        "",
         "To try the application on them, without a packet on your network, in the source tree:",
         "  scripts/lab -- bash -c 'build/release/simulator/virelo-sim & build/release/VireloApp'",
         "To type commands to speakers that nobody sees announced:",
         "  virelo-sim --no-announce --scene group",
         "  fault \"Salon links\" http error-page",
+        "The manual page virelo-sim(1) tells more.",
     };
     return lines;
 }

@@ -4,6 +4,7 @@
 import http.client
 import json
 import os
+import pty
 import re
 import signal
 import socket
@@ -181,6 +182,21 @@ class End_Test(road.Road_Test):
         process.stdin.close()
         process.stdin = None
         self.assert_ended_well(process)
+
+    def test_on_a_terminal_lines_have_colours_and_in_a_file_none(self):
+        log = os.path.join(os.environ["VIRELO_LAB_DIR"], "colours.log")
+        for no_colour, expected in ("", True), ("1", False):
+            ours, its = pty.openpty()
+            process = subprocess.Popen([os.environ["VIRELO_SIM"], "--no-announce", "--log", log],
+                                       stdin=subprocess.PIPE, stdout=its, env={**os.environ, "NO_COLOR": no_colour})
+            os.close(its)
+            process.communicate(b"nonsense\nquit\n", timeout=road.PATIENCE)
+            shown = os.read(ours, 65536)
+            os.close(ours)
+            self.assertIn(b"? there is no command", shown)
+            self.assertEqual(b"\033[31m? there is no command" in shown, expected)
+            with open(log, "rb") as file:
+                self.assertNotIn(b"\033", file.read())
 
     def test_an_address_that_is_taken_is_told(self):
         with self.speakers():

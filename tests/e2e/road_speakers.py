@@ -13,6 +13,14 @@ ROWS = {
     "Gästezimmer (neu)": ("Access-Point", "Cadre 8.2 Air", True),
     "Werkstatt": ("in Zuhause", "Unknown Speaker :-(", False),
 }
+# Name, status and model, as the scene "broken" has them: who fails on one of the two ways is known by the other.
+BROKEN = {
+    **dict.fromkeys(["Gesund", "Host antwortet spät", "Host tröpfelt", "Host legt auf", "Will in keine Gruppe",
+                     "Upgrade scheitert"], ("in Zuhause", "Cadre 5.3 Air")),
+    **dict.fromkeys(["Host weist ab", "AT weist ab", "Host ohne Raute"], ("in Zuhause", "Unknown Speaker :-(")),
+    **dict.fromkeys(["HTTP weist ab", "HTTP Fehlerseite", "HTTP halbe Antwort", "HTTP leeres Objekt"],
+                    ("in ", "Cadre 5.3 Air")),
+}
 LEFT = "Wohnzimmer links"
 LEFT_ADDRESS = "127.0.0.11"
 
@@ -33,6 +41,22 @@ class Rows_Test(road.Road_Test):
                 self.assertEqual(row["parent"], -1)
             program.await_one("QLabel", text="")  # the search is over
             program.mark()
+
+    def test_a_house_of_sixty_speakers_has_all_its_rows_and_its_group(self):
+        with self.speakers("big-house"), self.program() as program:
+            road.await_condition(lambda: len(program.rows()) == 61,
+                                 lambda: f"60 speakers and a group; on the screen:\n{program.screen()}")
+            rows = program.rows()
+            group = next(at for at, row in enumerate(rows) if row["texts"][1:3] == ["Feier", "Is your Group"])
+            self.assertEqual(len([row for row in rows if row["parent"] == group]), 8)
+            unknown = [row["texts"][1] for row in rows if row["texts"][3] == "Unknown Speaker :-("]
+            self.assertEqual(sorted(unknown), ["Garage", "Keller (alt)"])
+
+    def test_speakers_that_fail_each_in_its_way_have_their_rows_all_the_same(self):
+        with self.speakers("broken"), self.program() as program:
+            program.await_rows(BROKEN)
+            for row in program.rows():
+                self.assertEqual(tuple(row["texts"][2:]), BROKEN[row["texts"][1]])
 
     def test_speakers_are_found_as_well_when_they_come_later(self):
         with self.program() as program:

@@ -1,4 +1,8 @@
 // SPDX-License-Identifier: MIT
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTemporaryFile>
 #include <QtTest>
 
@@ -14,6 +18,8 @@ private slots:
     void home_has_six_speakers_of_five_kinds();
     void group_has_a_sender_and_a_receiver_that_is_linked_to_it();
     void access_point_has_a_speaker_that_sees_networks();
+    void big_house_has_sixty_speakers_of_every_type_and_a_group();
+    void broken_has_one_sound_speaker_and_each_other_with_a_fault_of_its_own();
     void every_key_of_a_speaker_is_read();
     void what_is_left_out_has_its_default();
     void the_download_server_is_read();
@@ -50,7 +56,7 @@ private:
 
 void tst_Scene::the_scenes_that_come_along_are_named()
 {
-    QCOMPARE(scene_names(), (QStringList{"access-point", "group", "home"}));
+    QCOMPARE(scene_names(), (QStringList{"access-point", "big-house", "broken", "group", "home"}));
 }
 
 void tst_Scene::every_scene_that_comes_along_reads_and_tells_what_it_is()
@@ -118,6 +124,47 @@ void tst_Scene::access_point_has_a_speaker_that_sees_networks()
     QCOMPARE(speaker.networks.size(), 4);
     QVERIFY(!speaker.networks.at(3).password.isNull()); // an open one takes no password at all
     QCOMPARE(speaker.networks.at(3).password, QString(""));
+}
+
+void tst_Scene::big_house_has_sixty_speakers_of_every_type_and_a_group()
+{
+    QSet<QString> names;
+    QSet<int> types;
+    QStringList senders;
+    QStringList linked_to;
+    for (const Scene::Speaker &speaker : load("big-house").speakers) {
+        QVERIFY(speaker.present);
+        names.insert(speaker.config.name);
+        types.insert(speaker.config.type);
+        if (speaker.config.sender_enabled)
+            senders += speaker.config.sender_uuid;
+        if (!speaker.config.receiver_sender.isEmpty())
+            linked_to += speaker.config.receiver_sender;
+    }
+    QCOMPARE(names.size(), 60);
+    for (int type = 13; type <= 44; type = type == 19 ? 37 : type + 1)
+        QVERIFY2(types.contains(type), qPrintable(QString::number(type)));
+    QCOMPARE(senders.size(), 1);
+    QCOMPARE(linked_to.size(), 7);
+    QCOMPARE(linked_to.count(senders.first()), 7);
+}
+
+void tst_Scene::broken_has_one_sound_speaker_and_each_other_with_a_fault_of_its_own()
+{
+    load("broken");
+    QFile file(":/scenes/broken.json");
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QSet<QByteArray> faults;
+    int absent = 0;
+    const QJsonArray speakers = QJsonDocument::fromJson(file.readAll()).object().value("speakers").toArray();
+    for (const QJsonValue speaker : speakers) {
+        faults.insert(QJsonDocument(speaker.toObject().value("faults").toObject()).toJson());
+        absent += speaker.toObject().value("present").toBool(true) ? 0 : 1;
+    }
+    QCOMPARE(speakers.size(), 15);
+    QCOMPARE(faults.size(), 15); // that of the sound one is empty
+    QVERIFY(faults.contains(QJsonDocument(QJsonObject()).toJson()));
+    QCOMPARE(absent, 2);
 }
 
 void tst_Scene::every_key_of_a_speaker_is_read()

@@ -118,7 +118,7 @@ void tst_Virelo_Sim::a_list_is_printed_and_that_is_all_data()
         QVERIFY2(load_scene(name, scene, &error), qPrintable(error));
         scenes += name.leftJustified(14) + ' ' + scene.about;
     }
-    QCOMPARE(scenes.size(), 3);
+    QCOMPARE(scenes.size(), 5);
     QTest::newRow("scenes") << "--list-scenes" << scenes;
 }
 

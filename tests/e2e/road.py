@@ -28,7 +28,7 @@ import unittest
 
 # Tests take these from here, with the rest of the harness.
 from surroundings import (  # noqa: F401
-    PATIENCE, Avahi, Black_Hole, Output, Speaker, Speakers, Wire, await_condition)
+    PATIENCE, Avahi, Black_Hole, Bus, Output, Speaker, Speakers, Wire, await_condition)
 
 OVERVIEW = "Air Selection / Setup"  # the first tab, without a catalogue
 HOME = ["Wohnzimmer links", "Wohnzimmer rechts", "Küche", "Sub Wohnzimmer", "Gästezimmer (neu)", "Werkstatt"]  # the scene

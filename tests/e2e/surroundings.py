@@ -9,6 +9,7 @@ import json
 import os
 import pathlib
 import re
+import signal
 import socket
 import subprocess
 import tempfile
@@ -259,3 +260,29 @@ class Avahi:
         if pathlib.Path(os.environ["VIRELO_LAB_AVAHI_PID"]).exists():
             self.kill()
         self.start()
+
+
+class Bus:
+    """The lab's message bus, by which everybody talks to the DNS-SD daemon. It takes that one with it."""
+
+    _folder = pathlib.Path(os.environ.get("VIRELO_LAB_DIR", "/"))
+    _pid_file = _folder / "dbus.pid"
+
+    def kill(self):
+        pid = int(self._pid_file.read_text())
+        self._pid_file.unlink()
+        os.kill(pid, signal.SIGKILL)
+        await_condition(lambda: not self._serves(), "the bus is gone")
+
+    def start(self):
+        with open(self._folder / "dbus.log", "ab") as log:
+            process = subprocess.Popen(
+                ["dbus-daemon", f"--config-file={self._folder}/bus.conf", "--nofork", "--nopidfile"],
+                stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        process.returncode = 0  # it ends with the lab, which nobody here waits for
+        self._pid_file.write_text(str(process.pid))
+        await_condition(self._serves, "the bus serves")
+
+    def _serves(self):
+        with socket.socket(socket.AF_UNIX) as link:
+            return link.connect_ex(str(self._folder / "bus")) == 0

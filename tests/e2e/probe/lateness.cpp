@@ -12,17 +12,20 @@ Lateness::Lateness()
 
 void Lateness::start()
 {
+    if (!scheduling.isOpen())
+        scheduling.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     last = 0;
     worst = 0;
+    queued_at_tick = queued();
     since_tick.start();
     timer.start();
 }
 
-double Lateness::latest() const
+double Lateness::latest()
 {
     if (!timer.isActive())
         return 0;
-    return std::max(last, static_cast<double>(since_tick.elapsed()) - interval_ms);
+    return std::max(last, overdue());
 }
 
 double Lateness::take_worst()
@@ -34,7 +37,22 @@ double Lateness::take_worst()
 
 void Lateness::tick()
 {
-    last = std::max(0.0, static_cast<double>(since_tick.nsecsElapsed()) / 1e6 - interval_ms);
+    last = overdue();
     worst = std::max(worst, last);
+    queued_at_tick = queued();
     since_tick.start();
+}
+
+double Lateness::overdue()
+{
+    const double elapsed = static_cast<double>(since_tick.nsecsElapsed()) / 1e6;
+    return std::max(0.0, elapsed - (queued() - queued_at_tick) - interval_ms);
+}
+
+// The second of the numbers, in ns.
+double Lateness::queued()
+{
+    if (!scheduling.isOpen() || !scheduling.seek(0))
+        return 0;
+    return scheduling.read(100).split(' ').value(1).toDouble() / 1e6;
 }

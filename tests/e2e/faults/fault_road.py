@@ -1,0 +1,50 @@
+# SPDX-License-Identifier: MIT
+"""What the fault tests share: a program that is watched while its surroundings fail.
+
+Beside what every road test asserts of a program (see road.py), its window must answer all the while: a timer of 50 ms
+of its GUI thread is never late by more than LATE_MS, whatever the speakers, the network and the daemon do. Where the
+program means to hold its window up, a test says so with held_up().
+"""
+
+import contextlib
+import pathlib
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
+import road  # noqa: E402
+
+LATE_MS = 250  # what a user does not yet take for a window that hangs
+
+# A worker is a thread with an event descriptor and the two sockets of its link.
+WORKER_THREADS = 1
+WORKER_DESCRIPTORS = 3
+# What discovery keeps open for each service: one descriptor to resolve it, one for its address.
+SERVICE_DESCRIPTORS = 2
+
+
+def speaker(number, name=None, kind=13, **more):
+    """One of a scene, with an address that its number gives."""
+    address = f"127.0.{2 + number // 200}.{1 + number % 200}"
+    return {"name": name or f"Speaker {number:02}", "address": address, "http_port": 80, "type": kind, **more}
+
+
+class Fault_Test(road.Road_Test):
+    @contextlib.contextmanager
+    def watched(self, **options):
+        """A program whose window must answer from here to its end, or the end of the block."""
+        with self.program(**options) as program:
+            program.probe.ask("watch")
+            yield program
+            if program.process.poll() is None:
+                self.answers(program)
+
+    def answers(self, program):
+        """The window answers, and did all the time since the last look."""
+        self.assertLess(program.probe.ask("lateness")["worst"], LATE_MS)
+
+    @contextlib.contextmanager
+    def held_up(self, program):
+        """Within, the program may hold its window up as it likes."""
+        self.answers(program)
+        yield
+        program.probe.ask("lateness")

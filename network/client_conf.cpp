@@ -28,11 +28,13 @@ bool is_phone()
     return plattform->device_class == DEVICE_PHONE;
 }
 
-// What a speaker or its surroundings told stands as it is, also where it looks like markup.
+// What a speaker or its surroundings told stands as it is, also where it looks like markup. A long value is
+// cut at its right end: it must not push the buttons off a small screen.
 QLabel *value_label(const QString &value)
 {
     auto *label = new QLabel(value);
     label->setTextFormat(Qt::PlainText);
+    label->setMinimumWidth(1);
     return label;
 }
 } // namespace

@@ -41,6 +41,7 @@ private slots:
     void the_picture_is_the_wide_one_above_2000_pixels();
     void the_record_is_shown();
     void what_looks_like_markup_stands_as_it_is();
+    void a_long_value_leaves_the_window_its_size();
     void the_password_is_hidden_and_empty();
     void save_is_the_default_and_enabled();
     void enter_in_the_password_is_save();
@@ -237,6 +238,20 @@ void tst_client_conf::what_looks_like_markup_stands_as_it_is()
     for (const int row : {1, 3, 6, 8, 9})
         QCOMPARE(label_at(grid_of(dialog), row, 1)->textFormat(), Qt::PlainText);
     QCOMPARE(text_at(grid_of(dialog), 3, 1), QString("<b>Home</b>"));
+}
+
+void tst_client_conf::a_long_value_leaves_the_window_its_size()
+{
+    plattform->device_class = DEVICE_PHONE;
+    const int narrowest = open()->minimumSizeHint().width();
+    for (QString Device_Desc::*field : {&Device_Desc::model, &Device_Desc::ssid, &Device_Desc::mac,
+                                        &Device_Desc::firmware, &Device_Desc::static_ip})
+        record->*field = QString(1000, 'W');
+    record->static_network = true;
+    Client_Conf *dialog = open();
+    dialog->update();
+    QCOMPARE(dialog->minimumSizeHint().width(), narrowest);
+    QCOMPARE(dialog->width(), plattform->window_width);
 }
 
 void tst_client_conf::the_password_is_hidden_and_empty()

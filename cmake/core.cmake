@@ -25,3 +25,11 @@ function(virelo_add_core target os_word)
                                VIRELO_MAKER_DOMAIN="${VIRELO_MAKER_DOMAIN}"
                                VIRELO_DOWNLOAD_SERVER="${VIRELO_DOWNLOAD_SERVER}")
 endfunction()
+
+# virelo_add_program(TARGET CORE): the program itself, on one of these libraries.
+function(virelo_add_program target core)
+    add_executable(${target} "${PROJECT_SOURCE_DIR}/app/main.cpp")
+    target_link_libraries(${target} PRIVATE ${core} virelo_dns_sd)
+    target_compile_definitions(${target} PRIVATE VIRELO_MAKER_DOMAIN="${VIRELO_MAKER_DOMAIN}"
+                               VIRELO_APP_ID="${VIRELO_APP_ID}")
+endfunction()

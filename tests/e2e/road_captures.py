@@ -2,11 +2,13 @@
 """The captures of the protocol reference: recorded anew, they are what is committed."""
 
 import pathlib
+import re
 import subprocess
 import tempfile
 import unittest
 
-FOLDER = pathlib.Path(__file__).resolve().parent.parent.parent / "docs" / "captures"
+DOCS = pathlib.Path(__file__).resolve().parent.parent.parent / "docs"
+FOLDER = DOCS / "captures"
 
 
 class Captures_Test(unittest.TestCase):
@@ -21,6 +23,14 @@ class Captures_Test(unittest.TestCase):
         for name, text in recorded.items():
             with self.subTest(name):
                 self.assertEqual(text, committed[name])
+
+    def test_what_the_reference_quotes_was_captured(self):
+        captured = {line.rstrip() for path in FOLDER.glob("*.txt")
+                    for line in path.read_text(encoding="utf-8").splitlines()}
+        blocks = re.findall(r"(?s)```text\n(.*?)```", (DOCS / "protocols.md").read_text(encoding="utf-8"))
+        quoted = [line for block in blocks for line in block.splitlines() if not line.startswith("RZ?STm  ")]
+        self.assertGreater(len(quoted), 50)
+        self.assertEqual([line for line in quoted if line not in captured], [])
 
 
 if __name__ == "__main__":

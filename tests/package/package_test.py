@@ -26,7 +26,6 @@ INSTALLED = {
     "bin/virelo-sim",
     f"share/applications/{APP_ID}.desktop",
     "share/doc/virelo-app/CHANGELOG.md",
-    "share/doc/virelo-app/README.md",
     f"share/icons/hicolor/scalable/apps/{APP_ID}.svg",
     "share/man/man1/VireloApp.1.gz",
     "share/man/man1/virelo-sim.1.gz",

@@ -12,7 +12,7 @@
 
 namespace
 {
-constexpr int parts_max = 100;
+constexpr int parts_max = 24;
 constexpr int read_size = 100; // bytes that one read of the link keeps
 constexpr int payload_offset = 5;
 

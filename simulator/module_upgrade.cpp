@@ -85,9 +85,12 @@ void Module_Upgrade::downloaded(QNetworkReply *reply)
     reply->deleteLater();
     const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     const qint64 size = reply->readAll().size();
+    // Qt takes a reset in the middle for a good end now and then.
+    const QVariant length = reply->header(QNetworkRequest::ContentLengthHeader);
+    const bool broken_off = length.isValid() && length.toLongLong() != size;
     if (reply->error() == QNetworkReply::ContentNotFoundError) {
         fail(no_file);
-    } else if (reply->error() != QNetworkReply::NoError || status != 200) {
+    } else if (reply->error() != QNetworkReply::NoError || status != 200 || broken_off) {
         fail(download_error);
     } else if (size != wanted_size) {
         emit event(QString("-- module upgrade got %1 bytes, expected %2").arg(size).arg(wanted_size));

@@ -27,10 +27,10 @@ class Whole_Test(Flash_Test):
     def test_a_host_image_of_2000_lines_arrives_line_for_line(self):
         with self.speakers(scene(hex_lines=self.LINES)) as speakers, road.Wire() as wire, self.program() as program:
             dialog = self.opened(program)
+            program.probe.ask("watch")
             program.mark()
             file = served(HEX)
             dialog.start_host(len(file))
-            program.probe.ask("watch")
             flash_mode = speakers.output.await_line(r"  <- RZ!FL$")
             first = speakers.output.await_line(r"  <- :")
             self.assertGreaterEqual(seconds(first) - seconds(flash_mode), ENTERS_FLASH_MODE)
@@ -97,12 +97,13 @@ class Files_Test(Flash_Test):
 
 
 class Between_Lines_Test(Flash_Test):
-    LINES = 25
+    LINES = 45
 
     @contextlib.contextmanager
-    def flashing(self, **options):
-        """While lines go out, at a pace that leaves time to look on."""
-        with self.speakers(scene(speaker(**options), hex_lines=self.LINES)) as speakers, self.program() as program:
+    def flashing(self, pace):
+        """While lines go out, each after so many milliseconds, which leaves time to look on."""
+        with self.speakers(scene(speaker(flash_answer_ms=pace), hex_lines=self.LINES)) as speakers, \
+                self.program() as program:
             dialog = self.opened(program)
             dialog.start_host(len(served(HEX)))
             speakers.output.await_line(r"  <- :")
@@ -117,7 +118,7 @@ class Between_Lines_Test(Flash_Test):
         self.no_complaints(speakers)
 
     def test_the_window_answers_between_two_lines(self):
-        with self.flashing(flash_answer_ms=200) as (program, speakers, dialog):
+        with self.flashing(200) as (program, speakers, dialog):
             program.probe.ask("watch")
             bars = []
             for wanted in range(1, 5):
@@ -135,7 +136,7 @@ class Between_Lines_Test(Flash_Test):
             dialog.click("<< Back")
 
     def test_a_dialog_that_is_closed_flashes_on(self):
-        with self.flashing(flash_answer_ms=50) as (program, speakers, dialog):
+        with self.flashing(50) as (program, speakers, dialog):
             dialog.click("<< Back")
             road.await_condition(lambda: not dialog.visible(), "the dialog is gone")
             self.assertLess(self.sent(speakers), self.LINES)
@@ -144,7 +145,7 @@ class Between_Lines_Test(Flash_Test):
             self.assertFalse(dialog.visible())
 
     def test_a_second_press_in_between_changes_nothing_and_one_behind_flashes_again(self):
-        with self.flashing(flash_answer_ms=50) as (program, speakers, dialog):
+        with self.flashing(50) as (program, speakers, dialog):
             dialog.click("FLASH!")
             dialog.await_completed()
             self.await_whole(speakers)
@@ -163,7 +164,7 @@ class Ends_Test(Flash_Test):
 
     def test_a_link_that_is_cut_in_the_middle_changes_nothing_but_the_image(self):
         cases = [("In Ordnung", "127.0.0.41", 13, HEX, "fin"), ("Hart", "127.0.0.42", 14, "vc5w_host.hex", "rst")]
-        speakers = [speaker(name, address, kind, flash_answer_ms=20) for name, address, kind, *_ in cases]
+        speakers = [speaker(name, address, kind, flash_answer_ms=50) for name, address, kind, *_ in cases]
         with self.speakers(scene(*speakers, hex_lines=self.LINES)) as house, self.program() as program:
             program.await_rows([name for name, *_ in cases])
             for name, _, _, file, how in cases:

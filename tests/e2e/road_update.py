@@ -38,18 +38,17 @@ class Done_Test(Module_Test):
             shown = []
 
             def done():
-                shown.append((dialog.status(), dialog.bar()))
-                if shown[-1][0] != "Done!":
-                    self.assertEqual(dialog.enabled_buttons(), [])
-                return shown[-1] == ("Done!", 100)
+                shown.append(dialog.snapshot())
+                return shown[-1][0] == "Done!"
 
             road.await_condition(done, lambda: f"it is done: {shown[-1]}")
-            self.assertEqual(dialog.enabled_buttons(), ["<< Back"])
+            self.assertEqual(shown[-1], ("Done!", 100, ["<< Back"]))
+            self.assertEqual([buttons for _, _, buttons in shown[:-1]], [[]] * (len(shown) - 1))
             self.assertEqual(
-                list(dict.fromkeys(status for status, _ in shown)),
+                list(dict.fromkeys(status for status, _, _ in shown)),
                 [FIRST_STATUS, "Downloading...", "Download finished!", "Updating...!", "Checksum verification!",
                  "Done!"])
-            bars = [bar for _, bar in shown]
+            bars = [bar for _, bar, _ in shown]
             self.assertEqual(bars, sorted(bars))
             self.assertTrue([bar for bar in bars if 0 < bar < 100], bars)
 

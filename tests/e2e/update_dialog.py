@@ -64,7 +64,10 @@ class Dialog:
 
     def beside(self, caption):
         """The widget to the right of the caption."""
-        all_widgets = self.widgets()
+        return self._beside(caption, self.widgets())
+
+    @staticmethod
+    def _beside(caption, all_widgets):
         label = [w for w in all_widgets if w["class"] == "QLabel" and w["text"] == caption][0]
         middle = label["y"] + label["h"] // 2
         return min((w for w in all_widgets if w["x"] > label["x"] and w["y"] <= middle < w["y"] + w["h"]),
@@ -81,6 +84,12 @@ class Dialog:
 
     def bar(self):
         return self.widgets("QProgressBar")[0]["value"]
+
+    def snapshot(self):
+        """Status, bar and enabled buttons of one moment."""
+        all_widgets = self.widgets()
+        return (self._beside("Status:", all_widgets)["text"], self._beside("Progress:", all_widgets)["value"],
+                sorted(w["text"] for w in all_widgets if w["class"] == "QPushButton" and w["enabled"]))
 
     def visible(self):
         return bool(self.program.widgets("Client_Update", widget=self.window["widget"]))

@@ -34,6 +34,7 @@ void set_up_logging()
 
 int run_application(int argc, char *argv[])
 {
+    rzplattform::set_up_process();
     QApplication application(argc, argv);
     QCoreApplication::setOrganizationName("VIRELO");
     QCoreApplication::setOrganizationDomain(VIRELO_MAKER_DOMAIN);

@@ -4,7 +4,12 @@
 #include <QDebug>
 #include <QGuiApplication>
 #include <QScreen>
+#include <algorithm>
 #include <cmath>
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#endif
 
 namespace
 {
@@ -13,6 +18,12 @@ constexpr int phone_width_max = 750;        // device pixels
 constexpr double tablet_diagonal_min = 7.0; // inches
 constexpr int start_width = 726;
 constexpr int start_height = 660;
+
+constexpr const char *x11_gl_variable = "QT_XCB_GL_INTEGRATION"; // of Qt's, for X11
+
+#ifdef Q_OS_UNIX
+constexpr rlim_t descriptors_wanted = 65536; // some systems refuse what they themselves call the maximum
+#endif
 
 bool is_mobile(const QString &os_word)
 {
@@ -23,6 +34,19 @@ bool is_mobile(const QString &os_word)
 QString rzplattform::os_name()
 {
     return QStringLiteral(VIRELO_OS_WORD);
+}
+
+void rzplattform::set_up_process()
+{
+#ifdef Q_OS_UNIX
+    rlimit limit;
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0 && limit.rlim_cur < descriptors_wanted) {
+        limit.rlim_cur = std::min(limit.rlim_max, descriptors_wanted);
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+#endif
+    if (!qEnvironmentVariableIsSet(x11_gl_variable))
+        qputenv(x11_gl_variable, "none");
 }
 
 int classify_device(const QString &os_word, int desktop_width, double diagonal)

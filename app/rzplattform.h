@@ -20,6 +20,13 @@ public:
     // "android", "ios".
     static QString os_name();
 
+    // Suits the process to the program; called once, before the application object is made. What the system
+    // refuses stays as it was. Descriptors: each speaker takes five, and up to a dozen more while it is
+    // identified, so where a process starts with 1024, as is usual, a house of 200 would run out of them.
+    // OpenGL: the program draws without it, and to load it would be half of its start and of its memory; who
+    // has set the variable has his way.
+    static void set_up_process();
+
     double physical_width = 0;  // mm
     double physical_height = 0; // mm
     double dpi = 0;             // physical dots per inch

@@ -4,6 +4,7 @@
 #include <QScreen>
 #include <QTest>
 #include <cmath>
+#include <sys/resource.h>
 
 #include "app/rzplattform.h"
 #include "tests/fakes/log_capture.h"
@@ -26,6 +27,8 @@ private slots:
     void class_is_that_of_word_and_screen();
     void class_is_that_of_word_and_small_screen();
     void measurement_is_logged_in_order();
+    void as_many_descriptors_as_allowed_may_be_open();
+    void opengl_stays_out_unless_it_is_asked_for();
 };
 
 int tst_rzplattform::run_again(const char *platform, const char *scale, const QString &function)
@@ -160,6 +163,36 @@ void tst_rzplattform::measurement_is_logged_in_order()
     Log_Capture capture;
     const rzplattform metrics;
     QCOMPARE(capture.texts(), expected);
+}
+
+void tst_rzplattform::as_many_descriptors_as_allowed_may_be_open()
+{
+    rlimit before = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit usual = {std::min<rlim_t>(1024, before.rlim_max), before.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &usual), 0);
+
+    rzplattform::set_up_process();
+    rlimit after = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &after), 0);
+    QCOMPARE(after.rlim_cur, std::min<rlim_t>(65536, before.rlim_max));
+    QCOMPARE(after.rlim_max, before.rlim_max);
+
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &before), 0);
+    rzplattform::set_up_process(); // never lowers it
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &after), 0);
+    QVERIFY(after.rlim_cur >= before.rlim_cur);
+}
+
+void tst_rzplattform::opengl_stays_out_unless_it_is_asked_for()
+{
+    qunsetenv("QT_XCB_GL_INTEGRATION");
+    rzplattform::set_up_process();
+    QCOMPARE(qgetenv("QT_XCB_GL_INTEGRATION"), QByteArray("none"));
+
+    qputenv("QT_XCB_GL_INTEGRATION", "xcb_egl");
+    rzplattform::set_up_process();
+    QCOMPARE(qgetenv("QT_XCB_GL_INTEGRATION"), QByteArray("xcb_egl"));
 }
 
 QTEST_MAIN(tst_rzplattform)

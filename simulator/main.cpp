@@ -12,6 +12,7 @@
 
 #include "simulator/event_log.h"
 #include "simulator/house.h"
+#include "simulator/many_descriptors.h"
 #include "simulator/scene.h"
 #include "simulator/sim_console.h"
 
@@ -181,6 +182,7 @@ int run(QCoreApplication &application, const QCommandLineParser &parser)
 
 int main(int argc, char *argv[])
 {
+    allow_many_descriptors();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName("virelo-sim");
     QCommandLineParser parser;

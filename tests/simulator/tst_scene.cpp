@@ -66,6 +66,9 @@ void tst_Scene::every_scene_that_comes_along_reads_and_tells_what_it_is()
     for (const QString &name : scene_names()) {
         const Scene scene = load(name);
         QVERIFY(!scene.about.isEmpty());
+        QVERIFY(scene.has_download_server);
+        QCOMPARE(scene.download.address, QString("127.0.0.80")); // where the lab's hosts file leads
+        QCOMPARE(scene.download.port, quint16(80));
         QVERIFY(!scene.speakers.isEmpty());
         for (const Scene::Speaker &speaker : scene.speakers)
             addresses.insert(speaker.config.address);
@@ -93,8 +96,6 @@ void tst_Scene::home_has_six_speakers_of_five_kinds()
     QCOMPARE(fresh.networks.size(), 3);
     QCOMPARE(fresh.networks.at(0).password, QString("geheim123"));
     QCOMPARE(fresh.networks.at(2).encrypt_type, QString("OPEN"));
-    QVERIFY(scene.has_download_server);
-    QCOMPARE(scene.download.address, QString("127.0.0.80")); // where the lab's hosts file leads
     QCOMPARE(scene.download.hex_lines, 500);
 }
 

@@ -7,10 +7,10 @@
 #include <memory>
 
 #include "device/device_desc.h"
-#include "tests/network/box_user.h"
 #include "tests/network/conf_user.h"
 #include "tests/network/wlan_world.h"
 #include "tests/settings/marking_translator.h"
+#include "tests/update/box_reader.h"
 
 // The chain of requests that "SAVE" starts, up to the selection of the network. Its end is told in
 // tst_client_conf_end.
@@ -152,9 +152,9 @@ void tst_client_conf_chain::a_refused_name_ends_the_chain()
     QFETCH(QByteArray, reply);
     dialog->name_edit->setText("Bath");
     save(dialog);
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 0, reply));
-    QTRY_VERIFY(user.answered);
+    QTRY_VERIFY(user.met());
     QTRY_VERIFY(idle());
     QCOMPARE(user.seen(), (QStringList{"Info", "DeviceName could not be set", "OK"}));
     QCOMPARE(user.icon, QMessageBox::Information);
@@ -173,9 +173,9 @@ void tst_client_conf_chain::a_refused_network_ends_the_chain()
     QFETCH(QByteArray, reply);
     QFETCH(QString, returncode);
     save(dialog);
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 0, reply));
-    QTRY_VERIFY(user.answered);
+    QTRY_VERIFY(user.met());
     QTRY_VERIFY(idle());
     QCOMPARE(user.seen(),
              (QStringList{"Add/Static/Network", "Result " + returncode + " something went wrong...", "OK"}));
@@ -190,17 +190,17 @@ void tst_client_conf_chain::the_texts_of_the_boxes_are_translated_but_one()
     Marking_Translator translator("Client_Conf");
     QCoreApplication::installTranslator(&translator);
     save(dialog);
-    Box_User refused_network;
+    Box_Reader refused_network;
     QVERIFY(answer_json(*world, 0, R"({"returncode": "error"})"));
-    QTRY_VERIFY(refused_network.answered);
+    QTRY_VERIFY(refused_network.met());
     QCOMPARE(refused_network.seen(),
              (QStringList{"#Add/Static/Network", "Result error something went wrong...", "#OK"}));
 
     dialog->name_edit->setText("Bath");
     save(dialog);
-    Box_User refused_name;
+    Box_Reader refused_name;
     QVERIFY(answer_json(*world, 1, R"({"returncode": "error"})"));
-    QTRY_VERIFY(refused_name.answered);
+    QTRY_VERIFY(refused_name.met());
     QCOMPARE(refused_name.seen(), (QStringList{"#Info", "#DeviceName could not be set", "#OK"}));
 }
 
@@ -261,9 +261,9 @@ void tst_client_conf_chain::after_a_failure_save_starts_over()
     dialog->name_edit->setText("Bath");
     save(dialog);
     QVERIFY(answer_json(*world, 0, success));
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 1, R"({"returncode": "error"})"));
-    QTRY_VERIFY(user.answered);
+    QTRY_VERIFY(user.met());
 
     // The name that the speaker has taken goes out again, as the record keeps the old one.
     dialog->passwd_edit->setText("another");

@@ -11,13 +11,13 @@
 #include "network/client_wlans.h"
 #include "overview/client_overview.h"
 #include "simulator/loopback.h"
-#include "tests/network/box_user.h"
 #include "tests/network/conf_user.h"
 #include "tests/network/wlan_world.h"
 #include "tests/overview/air_waves.h"
 #include "tests/overview/overview_shows.h"
 #include "tests/overview/silent_speaker.h"
 #include "tests/settings/marking_translator.h"
+#include "tests/update/box_reader.h"
 
 // The end of the chain, which takes the records and the main window away, and what is left then: further
 // chains and other dialogs.
@@ -113,11 +113,11 @@ void tst_client_conf_end::a_selected_network_is_told_and_ends_the_program()
 {
     sender_device = world->record;
     const QPointer<Device_Desc> record = world->record;
-    Box_User user;
+    Box_Reader user;
     QVERIFY(select_network());
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QTRY_VERIFY(idle(dialog));
     QCOMPARE(user.seen(), (QStringList{"Info", farewell, "OK"}));
     QCOMPARE(user.icon, QMessageBox::Information);
@@ -131,14 +131,14 @@ void tst_client_conf_end::a_selected_network_is_told_and_ends_the_program()
 void tst_client_conf_end::the_overview_is_left_alone_until_the_user_confirms()
 {
     bool seen = false;
-    Box_User user([this, &seen] {
+    Box_Reader user([this, &seen] {
         seen = client->isVisible() && !dialog->isVisible() && device_list.size() == 1 &&
                overview->tree->topLevelItemCount() == 1 && overview->wifi_button->isEnabled();
     });
     QVERIFY(select_network());
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QVERIFY(seen);
 }
 
@@ -146,11 +146,11 @@ void tst_client_conf_end::the_texts_of_the_box_are_translated()
 {
     Marking_Translator translator("Client_Conf");
     QCoreApplication::installTranslator(&translator);
-    Box_User user;
+    Box_Reader user;
     QVERIFY(select_network());
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QCOMPARE(user.seen(), (QStringList{"#Info", "#" + farewell, "#OK"}));
 }
 
@@ -165,11 +165,11 @@ void tst_client_conf_end::any_object_counts_as_success_data()
 void tst_client_conf_end::any_object_counts_as_success()
 {
     QFETCH(QByteArray, reply);
-    Box_User user;
+    Box_Reader user;
     QVERIFY(select_network());
     QVERIFY(answer_json(*world, 1, reply));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QCOMPARE(user.text, farewell);
     check_that_all_is_over();
 }
@@ -178,10 +178,10 @@ void tst_client_conf_end::what_the_global_names_is_hidden()
 {
     QVERIFY(select_network());
     const Client_Conf *later = open_conf(*world);
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QCOMPARE(user.parent, dialog);
     QVERIFY(!later->isVisible());
     QVERIFY(dialog->isVisible());
@@ -203,10 +203,10 @@ void tst_client_conf_end::a_second_chain_sends_nothing_once_the_record_is_gone()
         dialog->name_edit->setText("Bath");
     save(dialog);
     QTRY_COMPARE(world->peer.requests.size(), 3);
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
 
     QVERIFY(answer_json(*world, 2, renamed ? success : added));
     QTRY_VERIFY(idle(dialog));
@@ -221,13 +221,13 @@ void tst_client_conf_end::a_second_chain_goes_on_while_the_first_box_is_open()
     save(dialog);
     QTRY_COMPARE(world->peer.requests.size(), 3);
     bool went_on = false;
-    Box_User user([this, &went_on] {
+    Box_Reader user([this, &went_on] {
         went_on = answer_json(*world, 2, added) &&
                   QTest::qWaitFor([this] { return world->peer.requests.size() == 4; });
     });
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QVERIFY(went_on);
     check_that_all_is_over();
 }
@@ -236,13 +236,13 @@ void tst_client_conf_end::a_second_end_is_told_as_well()
 {
     QVERIFY(select_network());
     QVERIFY(select_network(2));
-    Box_User first;
+    Box_Reader first;
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(first.answered);
-    Box_User second;
+    QVERIFY(first.met());
+    Box_Reader second;
     QVERIFY(answer_json(*world, 3, success));
-    QTRY_VERIFY(second.answered);
+    QTRY_VERIFY(second.met());
     QCOMPARE(second.text, farewell);
     QTRY_VERIFY(idle(dialog));
     check_that_all_is_over();
@@ -253,17 +253,17 @@ void tst_client_conf_end::two_ends_may_be_open_at_a_time()
     QVERIFY(select_network());
     QVERIFY(select_network(2));
     bool both = false;
-    Box_User first([this, &both] {
+    Box_Reader first([this, &both] {
         QWidget *below = QApplication::activeModalWidget();
-        Box_User second([&both, below] { both = QApplication::activeModalWidget() != below; });
+        Box_Reader second([&both, below] { both = QApplication::activeModalWidget() != below; });
         QVERIFY(answer_json(*world, 3, success));
-        QTRY_VERIFY(second.answered);
+        QTRY_VERIFY(second.met());
         QTRY_COMPARE(QApplication::activeModalWidget(), below);
         check_that_all_is_over();
     });
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(first.answered);
+    QVERIFY(first.met());
     QVERIFY(both);
     QTRY_VERIFY(idle(dialog));
     check_that_all_is_over();
@@ -277,14 +277,14 @@ void tst_client_conf_end::a_chain_survives_the_end_that_another_dialog_brings()
     Client_Conf *const first = dialog;
     dialog = open_conf(*world);
     QVERIFY(select_network(1));
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 2, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
 
-    Box_User refused;
+    Box_Reader refused;
     QVERIFY(answer_json(*world, 0, R"({"returncode": "error"})"));
-    QTRY_VERIFY(refused.answered);
+    QTRY_VERIFY(refused.met());
     QCOMPARE(refused.text, QString("DeviceName could not be set"));
     QCOMPARE(refused.parent, first);
     QTRY_VERIFY(idle(first));
@@ -302,11 +302,11 @@ void tst_client_conf_end::a_record_that_is_still_identified_serves_until_it_goes
     auto *const other = new Client_Conf(record, nullptr);
     conf_dialog = dialog;
 
-    Box_User user;
+    Box_Reader user;
     QVERIFY(select_network());
     QVERIFY(answer_json(*world, 1, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     check_that_all_is_over();
     QVERIFY(record);
     other->show();
@@ -328,10 +328,10 @@ void tst_client_conf_end::all_dialogs_of_one_record_survive_its_end()
     QVERIFY(answer_json(*world, 0, R"({"aplist": [{"ssid": "Home"}]})"));
     QTRY_VERIFY(wlans_dialog->next_button->isEnabled());
     QVERIFY(select_network(1));
-    Box_User user;
+    Box_Reader user;
     QVERIFY(answer_json(*world, 2, success));
     QCOMPARE(run_program(), 0);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     check_that_all_is_over();
 
     QTest::mouseClick(wlans_dialog->next_button, Qt::LeftButton);

@@ -5,9 +5,9 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
-#include "tests/network/box_user.h"
 #include "tests/network/conf_user.h"
 #include "tests/network/wlan_world.h"
+#include "tests/update/box_reader.h"
 
 // What the WLAN settings send, byte for byte as a speaker receives it.
 class tst_client_conf_wire : public QObject
@@ -259,9 +259,9 @@ void tst_client_conf_wire::a_real_speaker_reads_each_body()
     const Client_Conf *dialog = open_conf(*world);
     dialog->name_edit->setText(QString::fromUtf8(umlauts));
     dialog->passwd_edit->setText(QString(63, 'p'));
-    Box_User user;
+    Box_Reader user;
     save(dialog);
-    QTRY_VERIFY(user.answered);
+    QTRY_VERIFY(user.met());
     QCOMPARE(user.title, QString("Info"));
 
     QStringList actions;
@@ -297,18 +297,18 @@ void tst_client_conf_wire::a_quote_makes_a_body_that_the_speaker_refuses()
     world->record->static_domain = domain;
     const Client_Conf *dialog = open_conf(*world);
     dialog->passwd_edit->setText("a\"b");
-    Box_User user;
+    Box_Reader user;
     save(dialog);
-    QTRY_VERIFY(user.answered);
+    QTRY_VERIFY(user.met());
     QCOMPARE(user.seen(), (QStringList{"Add/Static/Network", "Result error something went wrong...", "OK"}));
     QCOMPARE(speaker->http_requests().size(), 1);
     QVERIFY(!speaker->http_requests().first().json_ok);
 
     dialog->passwd_edit->clear();
     dialog->name_edit->setText("a\"b");
-    Box_User another;
+    Box_Reader another;
     save(dialog);
-    QTRY_VERIFY(another.answered);
+    QTRY_VERIFY(another.met());
     QCOMPARE(another.seen(), (QStringList{"Info", "DeviceName could not be set", "OK"}));
     QCOMPARE(speaker->http_requests().size(), 2);
     QVERIFY(dialog->isVisible());

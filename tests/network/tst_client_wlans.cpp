@@ -227,6 +227,8 @@ void tst_client_wlans::a_click_on_the_header_sorts_by_the_name()
 
 void tst_client_wlans::the_tree_has_the_focus()
 {
+    const Client_WLANs hidden(world->record, nullptr);
+    QCOMPARE(hidden.focusWidget(), hidden.tree);
     const Client_WLANs *dialog = open();
     QVERIFY(QTest::qWaitForWindowActive(wlans_dialog));
     QVERIFY(dialog->tree->hasFocus());

@@ -10,9 +10,9 @@
 #include "app/globals.h"
 #include "device/device_desc.h"
 #include "network/client_wlans.h"
-#include "tests/network/box_user.h"
 #include "tests/network/wlan_world.h"
 #include "tests/settings/marking_translator.h"
+#include "tests/update/box_reader.h"
 
 namespace
 {
@@ -265,9 +265,9 @@ void tst_client_wlans_scan::no_network_is_told()
     QFETCH(QByteArray, body);
     open();
     wlans_dialog->tree->addTopLevelItem(new QTreeWidgetItem({"Before", "-1 dBi"}));
-    Box_User user;
+    Box_Reader user;
     answer_json(body);
-    QVERIFY(user.answered);
+    QVERIFY(user.met());
     QCOMPARE(user.seen(), (QStringList{"Info", "No Speakers found", "OK"}));
     QCOMPARE(user.icon, QMessageBox::Information);
     QCOMPARE(user.parent, wlans_dialog);
@@ -281,7 +281,7 @@ void tst_client_wlans_scan::the_texts_of_the_box_are_translated()
     Marking_Translator translator("Client_WLANs");
     QCoreApplication::installTranslator(&translator);
     open();
-    Box_User user;
+    Box_Reader user;
     answer_json(R"({"aplist": []})");
     QCOMPARE(user.seen(), (QStringList{"#Info", "#No Speakers found", "#OK"}));
 }

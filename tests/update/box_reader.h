@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QMessageBox>
 #include <QStringList>
+#include <functional>
 
 #include "tests/overview/modal_user.h"
 
@@ -11,7 +12,14 @@
 class Box_Reader
 {
 public:
+    // `meanwhile` runs while the box is open, before the answer.
+    explicit Box_Reader(const std::function<void()> &meanwhile = nullptr)
+        : meanwhile(meanwhile)
+    {
+    }
+
     bool met() const { return user.met; }
+    QStringList seen() const { return QStringList{title, text} + buttons; }
 
     QMessageBox::Icon icon = QMessageBox::NoIcon;
     QWidget *parent = nullptr;
@@ -28,8 +36,11 @@ private:
         text = box->text();
         for (const QAbstractButton *button : box->buttons())
             buttons += button->text();
+        if (meanwhile)
+            meanwhile();
         box->buttons().constFirst()->click();
     }
 
+    std::function<void()> meanwhile;
     Modal_User<QMessageBox> user{[this](QMessageBox *box) { read(box); }};
 };

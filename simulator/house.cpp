@@ -53,7 +53,8 @@ bool House::start()
         if (resident.there_from_start && !open(resident))
             return false;
     if (announcer && !announcer->wait_until_established()) {
-        reason = "the announcements do not come to stand; is avahi-daemon running? --no-announce does without";
+        reason =
+            "the announcements do not come to stand; is avahi-daemon running? --no-announce does without";
         return false;
     }
     return true;

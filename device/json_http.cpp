@@ -11,6 +11,9 @@
 
 namespace
 {
+// Bytes. A speaker's longest reply is far shorter. One of this size is parsed before a user notices.
+constexpr qint64 reply_max = 1024 * 1024;
+
 // Qt's HTTP threads make this type known when the first of them needs it, and two that do so at the same time
 // let Qt complain on standard error. Known beforehand, it is left alone.
 void make_session_type_known()
@@ -20,6 +23,19 @@ void make_session_type_known()
     static const int type = qRegisterMetaType<QSharedPointer<QNetworkSession>>();
     QT_WARNING_POP
     Q_UNUSED(type)
+}
+// What is dropped leaves the rest no document. The reply is not aborted: it ends when the speaker ends it, as
+// every other does, and stays readable.
+void drop_endless(QNetworkReply *reply)
+{
+    // Else Qt's thread piles up what this one has not taken yet. It does not hear of the size before it has
+    // begun.
+    QObject::connect(reply, &QNetworkReply::metaDataChanged, reply,
+                     [reply] { reply->setReadBufferSize(2 * reply_max); });
+    QObject::connect(reply, &QNetworkReply::readyRead, reply, [reply] {
+        if (reply->bytesAvailable() > reply_max)
+            reply->readAll();
+    });
 }
 } // namespace
 
@@ -38,7 +54,7 @@ QNetworkAccessManager *post_json(QObject *owner, const QString &url, const QStri
         reply->deleteLater();
         manager->deleteLater();
     });
-    manager->post(request, body.toUtf8());
+    drop_endless(manager->post(request, body.toUtf8()));
     return manager;
 }
 

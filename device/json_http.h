@@ -12,7 +12,7 @@ class QString;
 // Posts `body` as UTF-8 to `url`, with `content_type` and a header "charset" of its own. `slot` is SLOT(...)
 // of `owner` for the QNetworkReply*, called once, whatever comes; a silent speaker leaves it open for ever.
 // Each request has a manager of its own, so that none queues behind another; it is freed with its reply after
-// the slot has run, or with `owner`.
+// the slot has run, or with `owner`. Of a reply of more than 1 MB only its end is kept, which is no JSON.
 QNetworkAccessManager *post_json(QObject *owner, const QString &url, const QString &body,
                                  const char *content_type, const char *slot);
 

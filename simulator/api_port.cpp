@@ -11,7 +11,14 @@
 
 namespace
 {
-constexpr int huge_size = 8 * 1024 * 1024;
+constexpr int length_error = 20;
+
+// Members that mean nothing, and the comma behind them.
+QByteArray bulk(int size)
+{
+    const QByteArray entry = R"({"ssid":"Net","level":-50,"list":[1,2,3]},)";
+    return "\"bulk\":[" + entry.repeated(size / entry.size() + 1).chopped(1) + "],";
+}
 
 // The same document with every value of another type than it should have.
 QJsonValue with_wrong_types(const QJsonValue &value)
@@ -41,9 +48,9 @@ QByteArray with_wrong_types(const QByteArray &body)
 }
 
 // What a fault makes of an answer; those that send none do not come here.
-Http_Reply spoilt(Http_Reply reply, Http_Fault fault)
+Http_Reply spoilt(Http_Reply reply, const Speaker_Faults &faults)
 {
-    switch (fault) {
+    switch (faults.http) {
     case Http_Fault::error_page:
         reply.status = 500;
         reply.content_type = "text/html";
@@ -58,8 +65,19 @@ Http_Reply spoilt(Http_Reply reply, Http_Fault fault)
     case Http_Fault::half:
         reply.body.truncate(reply.body.size() / 2);
         break;
+    case Http_Fault::too_long:
+        reply.length_error = length_error;
+        reply.close = true;
+        break;
+    case Http_Fault::too_short:
+        reply.length_error = -length_error;
+        reply.close = true;
+        break;
     case Http_Fault::huge: // blanks are JSON between two members, so the document stays valid
-        reply.body.insert(1, QByteArray(huge_size, ' '));
+        reply.body.insert(1, QByteArray(faults.http_size, ' '));
+        break;
+    case Http_Fault::bulky:
+        reply.body.insert(1, bulk(faults.http_size));
         break;
     case Http_Fault::wrong_types:
         reply.body = with_wrong_types(reply.body);
@@ -121,7 +139,7 @@ void Api_Port::answer(const Held &request)
         reply.body = QJsonDocument(refusal).toJson(QJsonDocument::Compact);
         delay = faults.http_slow_ms;
     } else {
-        reply = spoilt(api.answer(request.request, request.object, &leaving), faults.http);
+        reply = spoilt(api.answer(request.request, request.object, &leaving), faults);
         delay = faults.http_slow_ms;
     }
     emit changed();

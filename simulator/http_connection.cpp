@@ -119,7 +119,7 @@ QByteArray Http_Connection::head_of(const Http_Reply &reply) const
         "HTTP/1.1 " + QByteArray::number(reply.status) + ' ' + http_reason(reply.status) + "\r\n";
     head += "Content-Type: " + reply.content_type + "\r\n";
     if (!reply.no_length)
-        head += "Content-Length: " + QByteArray::number(reply.body.size()) + "\r\n";
+        head += "Content-Length: " + QByteArray::number(reply.body.size() + reply.length_error) + "\r\n";
     for (const auto &header : reply.headers)
         head += header.first + ": " + header.second + "\r\n";
     return head + (closing ? "Connection: close" : "Connection: keep-alive") + head_end;

@@ -30,6 +30,7 @@ struct Http_Reply {
     QByteArray content_type = "application/json";
     QByteArray body;
     QList<QPair<QByteArray, QByteArray>> headers; // further ones
+    int length_error = 0;                         // added to the Content-Length, so that it is wrong
     bool no_length = false; // no Content-Length; the end of the body is the end of the connection
     bool close = false;     // close the connection after it
 };

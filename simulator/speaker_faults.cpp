@@ -33,6 +33,7 @@ const Fault_Row rows[] = {
     {"host-cut-left", &F::host_cut_left, "how many cuts are still to come; -1 for no end"},
     {"at-silent", &F::at_silent, "the AT channel does not answer"},
     {"http", &F::http, "what becomes of the answer to an HTTP request"},
+    {"http-size", &F::http_size, "bytes by which a huge or bulky answer is longer"},
     {"http-slow", &F::http_slow_ms, "ms by which HTTP answers are late"},
     {"http-returncode", &F::http_returncode, "text given instead of \"success\"; \"-\" for none"},
     {"http-only", &F::http_only, "path or action that the HTTP faults are limited to; \"-\" for all"},
@@ -60,7 +61,10 @@ const Word<Http_Fault> http_words[] = {{"none", Http_Fault::none},
                                        {"empty", Http_Fault::empty},
                                        {"empty-object", Http_Fault::empty_object},
                                        {"half", Http_Fault::half},
+                                       {"too-long", Http_Fault::too_long},
+                                       {"too-short", Http_Fault::too_short},
                                        {"huge", Http_Fault::huge},
+                                       {"bulky", Http_Fault::bulky},
                                        {"wrong-types", Http_Fault::wrong_types}};
 
 template<class Value, size_t N>

@@ -12,7 +12,21 @@ enum class Cut { never, on_connect, before, within, after };
 enum class Cut_How { fin, rst };
 
 // What the HTTP side does with a complete request. "hold" keeps it and answers when the fault is lifted.
-enum class Http_Fault { none, silent, hold, reset, error_page, empty, empty_object, half, huge, wrong_types };
+enum class Http_Fault {
+    none,
+    silent,
+    hold,
+    reset,
+    error_page,
+    empty,
+    empty_object,
+    half,
+    too_long,  // a Content-Length beyond what comes
+    too_short, // a Content-Length short of it
+    huge,
+    bulky, // as huge, and of values instead of blanks
+    wrong_types
+};
 
 // The faults of one speaker, each switchable while it runs (Virtual_Speaker::set_faults). A plain value; all
 // off when made. Faults combine, for example slow and byte by byte.
@@ -40,9 +54,10 @@ struct Speaker_Faults {
 
     // JSON API
     Http_Fault http = Http_Fault::none;
-    int http_slow_ms = 0;    // delay of every answer
-    QString http_returncode; // given instead of "success", and the request is not carried out
-    QString http_only;       // path or action that the HTTP faults are limited to; empty: all
+    int http_size = 8 * 1024 * 1024; // bytes by which a huge or bulky answer is longer
+    int http_slow_ms = 0;            // delay of every answer
+    QString http_returncode;         // given instead of "success", and the request is not carried out
+    QString http_only;               // path or action that the HTTP faults are limited to; empty: all
 
     QString upgrade_errinfo; // the module upgrade ends with status 5 and this; empty: by its real outcome
 };

@@ -19,6 +19,7 @@ private slots:
 
     void the_device_reply_fills_three_fields();
     void a_huge_reply_is_read_to_its_end();
+    void a_reply_beyond_1_MB_is_no_document();
     void a_device_key_that_is_missing_or_no_string_reads_as_empty_data();
     void a_device_key_that_is_missing_or_no_string_reads_as_empty();
     void the_network_reply_fills_all_fields();
@@ -59,12 +60,26 @@ void tst_device_desc_status::a_huge_reply_is_read_to_its_end()
 {
     Device_Desc record(nullptr, false, "");
     peer->point_at_me(record);
-    const QByteArray blanks(5'000'000, ' ');
+    const QByteArray blanks(400'000, ' ');
     peer->answer = http_answer("{" + blanks + R"("model": "M")" + blanks + R"(, "hardware": "2.0"})");
     record.request_device_status();
     QTRY_COMPARE(resolves_running, 0);
     QCOMPARE(record.model, QString("M"));
     QCOMPARE(record.hardware, QString("2.0"));
+}
+
+void tst_device_desc_status::a_reply_beyond_1_MB_is_no_document()
+{
+    Device_Desc record(nullptr, false, "");
+    fill_status(record);
+    const QString before = record.model;
+    peer->point_at_me(record);
+    peer->answer = http_answer("{" + QByteArray(50'000'000, ' ') + R"("model": "M"})");
+    QSignalSpy defect(&record, &Device_Desc::device_defect);
+    record.request_device_status();
+    QTRY_COMPARE(defect.size(), 1);
+    QCOMPARE(resolves_running, 0);
+    QCOMPARE(record.model, before);
 }
 
 void tst_device_desc_status::a_device_key_that_is_missing_or_no_string_reads_as_empty_data()

@@ -34,7 +34,10 @@ private slots:
     void a_held_answer_comes_when_the_fault_is_lifted();
     void a_held_request_is_forgotten_when_the_speaker_goes();
     void a_reset_ends_the_connection();
+    void a_length_may_be_wrong_data();
+    void a_length_may_be_wrong();
     void a_huge_answer_is_json_of_8_mib();
+    void a_bulky_answer_is_json_of_the_size_asked_for();
     void every_value_may_have_a_wrong_type();
     void a_late_answer_is_late();
     void another_returncode_means_that_nothing_was_done();
@@ -154,6 +157,39 @@ void tst_Http_Faults::a_huge_answer_is_json_of_8_mib()
     const Http_Answer answer = client->post(device_path, info);
     QCOMPARE(answer.body.size(), info_answer.size() + 8 * 1024 * 1024);
     QCOMPARE(answer.json(), QJsonDocument::fromJson(info_answer).object());
+}
+
+void tst_Http_Faults::a_bulky_answer_is_json_of_the_size_asked_for()
+{
+    give("http", "bulky");
+    give("http-size", "100000");
+    const Http_Answer answer = client->post(device_path, info);
+    QVERIFY(answer.body.size() > 100'000);
+    QVERIFY(answer.body.size() < 110'000);
+    const QJsonObject object = answer.json();
+    QCOMPARE(object.value("model").toString(), QString("VIRELO Air"));
+    QVERIFY(object.value("bulk").toArray().size() > 1000);
+}
+
+void tst_Http_Faults::a_length_may_be_wrong_data()
+{
+    QTest::addColumn<QString>("fault");
+    QTest::addColumn<int>("error");
+    QTest::newRow("more than comes") << "too-long" << 20;
+    QTest::newRow("less than comes") << "too-short" << -20;
+}
+
+void tst_Http_Faults::a_length_may_be_wrong()
+{
+    QFETCH(QString, fault);
+    QFETCH(int, error);
+    give("http", fault);
+    client->send("POST " + device_path + " HTTP/1.1\r\nContent-Length: " + QByteArray::number(info.size()) +
+                 "\r\n\r\n" + info);
+    const QByteArray got = client->read_to_end();
+    const QByteArray length = "Content-Length: " + QByteArray::number(info_answer.size() + error) + "\r\n";
+    QVERIFY2(got.contains(length), got.constData());
+    QVERIFY2(got.endsWith("\r\n\r\n" + info_answer), got.constData());
 }
 
 void tst_Http_Faults::every_value_may_have_a_wrong_type()

@@ -289,7 +289,7 @@ void tst_Scene::a_wrong_scene_is_refused_with_the_reason_data()
     speaker(R"("txt": {"a": null})", R"("txt" wants an object of texts)");
     speaker(R"("faults": {"http": "slow"})",
             R"("faults" are wrong: http takes none|silent|hold|reset|error-page)"
-            R"(|empty|empty-object|half|huge|wrong-types, not "slow")");
+            R"(|empty|empty-object|half|too-long|too-short|huge|bulky|wrong-types, not "slow")");
     speaker(R"("faults": {"fire": "on"})", R"("faults" are wrong: no fault is called "fire")");
     speaker(R"("faults": {"host-slow": 20})", R"("faults" wants an object of texts)");
     speaker(R"("faults": "on")", R"("faults" wants an object of texts)");

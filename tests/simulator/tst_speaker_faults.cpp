@@ -55,7 +55,11 @@ void tst_Speaker_Faults::a_key_sets_its_fault_data()
     row("http", "empty", [](const F &f) { return f.http == Http_Fault::empty; });
     row("http", "empty-object", [](const F &f) { return f.http == Http_Fault::empty_object; });
     row("http", "half", [](const F &f) { return f.http == Http_Fault::half; });
+    row("http", "too-long", [](const F &f) { return f.http == Http_Fault::too_long; });
+    row("http", "too-short", [](const F &f) { return f.http == Http_Fault::too_short; });
     row("http", "huge", [](const F &f) { return f.http == Http_Fault::huge; });
+    row("http", "bulky", [](const F &f) { return f.http == Http_Fault::bulky; });
+    row("http-size", "50000000", [](const F &f) { return f.http_size == 50000000; });
     row("http", "wrong-types", [](const F &f) { return f.http == Http_Fault::wrong_types; });
     row("http-slow", "40", [](const F &f) { return f.http_slow_ms == 40; });
     row("http-returncode", "no way", [](const F &f) { return f.http_returncode == "no way"; });
@@ -101,7 +105,9 @@ void tst_Speaker_Faults::what_is_no_value_is_refused_with_what_is_data()
     row("host-cut", "Before", "host-cut takes never|on-connect|before|within|after, not \"Before\"");
     row("host-cut-how", "hard", "host-cut-how takes fin|rst, not \"hard\"");
     row("http", "404",
-        "http takes none|silent|hold|reset|error-page|empty|empty-object|half|huge|wrong-types, not \"404\"");
+        "http takes "
+        "none|silent|hold|reset|error-page|empty|empty-object|half|too-long|too-short|huge|bulky|wrong-types,"
+        " not \"404\"");
     row("host", "on", "no fault is called \"host\"");
     row("", "on", "no fault is called \"\"");
 }
@@ -129,12 +135,12 @@ void tst_Speaker_Faults::every_key_stands_in_the_help_with_its_values()
         QVERIFY2(QRegularExpression("^[a-z-]+ +[^ ].* \\([^ ]+\\)$").match(line).hasMatch(),
                  qPrintable(line));
     }
-    QCOMPARE(keys, (QStringList{"host-refused",   "at-refused",    "http-refused",    "host-silent",
-                                "host-deaf",      "host-bytewise", "host-byte-gap",   "host-no-cr",
-                                "host-no-hash",   "host-size",     "host-slow",       "host-answers-commands",
-                                "host-cut",       "host-cut-how",  "host-cut-left",   "at-silent",
-                                "http",           "http-slow",     "http-returncode", "http-only",
-                                "upgrade-errinfo"}));
+    QCOMPARE(keys, (QStringList{"host-refused", "at-refused",     "http-refused",  "host-silent",
+                                "host-deaf",    "host-bytewise",  "host-byte-gap", "host-no-cr",
+                                "host-no-hash", "host-size",      "host-slow",     "host-answers-commands",
+                                "host-cut",     "host-cut-how",   "host-cut-left", "at-silent",
+                                "http",         "http-size",      "http-slow",     "http-returncode",
+                                "http-only",    "upgrade-errinfo"}));
 }
 
 QTEST_GUILESS_MAIN(tst_Speaker_Faults)

@@ -8,6 +8,7 @@ program means to hold its window up, a test says so with held_up().
 
 import contextlib
 import pathlib
+import re
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent))
@@ -26,6 +27,12 @@ def speaker(number, name=None, kind=13, **more):
     """One of a scene, with an address that its number gives."""
     address = f"127.0.{2 + number // 200}.{1 + number % 200}"
     return {"name": name or f"Speaker {number:02}", "address": address, "http_port": 80, "type": kind, **more}
+
+
+def memory(program, what="VmRSS"):
+    """Of the program, in MB: what it has ("VmRSS"), or the most that it ever had ("VmHWM")."""
+    status = pathlib.Path(f"/proc/{program.process.pid}/status").read_text(encoding="ascii")
+    return int(re.search(rf"^{what}:\s*(\d+) kB", status, re.M)[1]) / 1024
 
 
 class Fault_Test(road.Road_Test):

@@ -93,4 +93,9 @@ private:
     static QTreeWidgetItem *make_group_item();
     static QString status_text(const Device_Desc *device);
     static void log_device(int position, const Device_Desc *device);
+    Device_Desc *arriving_record_of(const QZeroConfService &zcs) const;
+
+    // Records that are being made. Events run meanwhile, and one of them may tell of the same speaker on
+    // another interface, or that it has left.
+    QList<Device_Desc *> arriving;
 };

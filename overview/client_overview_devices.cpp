@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTreeWidget>
+#include <algorithm>
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
@@ -38,6 +39,13 @@ void Client_Overview::start_discovery()
     qDebug() << "$$$ Client_Overview::Client_Overview(): zeroConf created and startBrowser() called";
 }
 
+Device_Desc *Client_Overview::arriving_record_of(const QZeroConfService &zcs) const
+{
+    const auto found = std::find_if(arriving.begin(), arriving.end(),
+                                    [&zcs](const Device_Desc *device) { return is_record_of(device, zcs); });
+    return found == arriving.end() ? nullptr : *found;
+}
+
 void Client_Overview::addService(QZeroConfService zcs)
 {
     qDebug() << "$$$ Added service: " << zcs;
@@ -50,11 +58,19 @@ void Client_Overview::addService(QZeroConfService zcs)
             return;
         }
     }
+    if (arriving_record_of(zcs)) {
+        qDebug() << "$$$ Device already exists!";
+        return;
+    }
 
     auto *device = new Device_Desc(this, false, "");
     connect(device, &Device_Desc::all_resolves_completed, this, &Client_Overview::update_tree_widget);
-    // Runs events: this slot may be entered again here, while the record is not in the list yet.
+    // Runs events: this slot and that of the removal may be entered here, while the record is not in the list
+    // yet.
+    arriving.append(device);
     device->set_QZeroConfService(zcs);
+    if (!arriving.removeOne(device))
+        return; // it has left meanwhile
     device_list.append(device);
 
     qDebug() << "======================================= device_list";
@@ -93,6 +109,7 @@ void Client_Overview::removeService(QZeroConfService zcs)
         update_tree_widget();
         return;
     }
+    arriving.removeOne(arriving_record_of(zcs)); // it has no row yet
 }
 
 void Client_Overview::deleteRecords()
@@ -101,6 +118,7 @@ void Client_Overview::deleteRecords()
     for (Device_Desc *device : qAsConst(device_list))
         device->discard();
     device_list.clear();
+    arriving.clear();
     sender_device = nullptr;
     selected = nullptr; // it may be one of them
 }

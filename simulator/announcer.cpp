@@ -39,11 +39,13 @@ AvahiStringList *txt_list(const QMap<QString, QString> &entries)
 }
 
 // A loopback address means nothing to another machine, so it is announced on the loopback device alone.
-AvahiIfIndex interface_of(const QString &address)
+AvahiIfIndex interface_of(const Speaker_Config &speaker)
 {
+    if (!speaker.interface.isEmpty())
+        return static_cast<AvahiIfIndex>(if_nametoindex(speaker.interface.toLocal8Bit().constData()));
     const unsigned loopback = if_nametoindex("lo");
-    return QHostAddress(address).isLoopback() && loopback != 0 ? static_cast<AvahiIfIndex>(loopback)
-                                                               : AVAHI_IF_UNSPEC;
+    return QHostAddress(speaker.address).isLoopback() && loopback != 0 ? static_cast<AvahiIfIndex>(loopback)
+                                                                       : AVAHI_IF_UNSPEC;
 }
 
 int fill_group(AvahiEntryGroup *group, const Entry &entry)
@@ -52,7 +54,9 @@ int fill_group(AvahiEntryGroup *group, const Entry &entry)
     AvahiAddress address;
     if (!avahi_address_parse(entry.speaker.address.toLatin1().constData(), AVAHI_PROTO_INET, &address))
         return AVAHI_ERR_INVALID_ADDRESS;
-    const AvahiIfIndex interface = interface_of(entry.speaker.address);
+    const AvahiIfIndex interface = interface_of(entry.speaker);
+    if (interface == 0)
+        return AVAHI_ERR_INVALID_INTERFACE;
     int error = avahi_entry_group_add_address(group, interface, AVAHI_PROTO_INET, AVAHI_PUBLISH_NO_REVERSE,
                                               host.constData(), &address);
     if (error != AVAHI_OK)

@@ -98,6 +98,7 @@ const Json_Keys<Scene::Speaker> &speaker_keys()
         Row::number("http_port", config(&C::http_port), 0, port_max, "port of the JSON API; 0: any free one"),
         Row::text("host_name", config(&C::host_name), "of the announcement, without \".local\""),
         Row::text("service_type", config(&C::service_type), "of the announcement"),
+        Row::text("interface", config(&C::interface), "device that is announced on; left out: every one"),
         Row::texts("txt", config(&C::txt), "TXT record of the announcement"),
         Row::yes_no("present", [](S &speaker) -> bool & { return speaker.present; }, "false: comes by \"join\" only"),
         {"faults", "an object of texts", "faults from the start on, see --list-faults", read_faults},

@@ -36,6 +36,7 @@ struct Speaker_Config {
     quint16 http_port = 0; // 0: any free one
     QString host_name;     // of the announcement, without ".local"; empty: made from the address
     QString service_type = "_lodeset._tcp";
+    QString interface; // network device that the announcement goes out on; empty: all, or the address's own
     QMap<QString, QString> txt; // entries of the announcement's TXT record
 
     // Host

@@ -20,6 +20,7 @@ import os
 import pathlib
 import random
 import re
+import resource
 import socket
 import subprocess
 import tempfile
@@ -141,12 +142,18 @@ class Program:
         self.probe = None
         with open(self.scratch / "out", "wb") as out, open(self.scratch / "err", "wb") as err:
             self.process = subprocess.Popen([app or os.environ["VIRELO_APP"]], env=environment, stdin=subprocess.DEVNULL,
-                                            stdout=out, stderr=err)
+                                            stdout=out, stderr=err, preexec_fn=self._as_in_a_session)
         try:
             self.probe = Probe(probe_path, self.process)
         except BaseException:
             self.abandon()
             raise
+
+    @staticmethod
+    def _as_in_a_session():
+        """No more descriptors than a desktop session gives a program."""
+        _, most = resource.getrlimit(resource.RLIMIT_NOFILE)
+        resource.setrlimit(resource.RLIMIT_NOFILE, (1024, most))
 
     # What can be seen
 
@@ -405,8 +412,8 @@ class Road_Test(unittest.TestCase):
             self.avahi.renew()
         Road_Test._first = False
 
-    def speakers(self, scene="home"):
-        return Speakers(scene)
+    def speakers(self, scene="home", **options):
+        return Speakers(scene, **options)
 
     @contextlib.contextmanager
     def program(self, **options):

@@ -82,10 +82,12 @@ class Output:
 class Speakers:
     """The virtual speakers of a scene: one that comes along by its name, or one given as a dictionary.
 
-    All they do stands in `output`, a line an event; see virelo-sim --help.
+    All they do stands in `output`, a line an event; see virelo-sim --help. Where they are not announced, a test has
+    to see to that.
     """
 
-    def __init__(self, scene):
+    def __init__(self, scene, announced=True):
+        self.options = [] if announced else ["--no-announce"]
         if isinstance(scene, str):
             self.scene = scene
         else:
@@ -94,8 +96,8 @@ class Speakers:
                 json.dump(scene, stream)
 
     def __enter__(self):
-        self.process = subprocess.Popen([os.environ["VIRELO_SIM"], "--scene", self.scene], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, encoding="utf-8", bufsize=1)
+        self.process = subprocess.Popen([os.environ["VIRELO_SIM"], "--scene", self.scene, *self.options],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, encoding="utf-8", bufsize=1)
         self.output = Output(self.process.stdout)
         self.output.await_line(r"^ready$")
         return self
@@ -110,11 +112,21 @@ class Speakers:
 
     def do(self, *words):
         """One command; returns once it has taken effect."""
+        self.do_all([words])
+
+    def do_all(self, commands):
+        """One after the other; returns once all have taken effect."""
         start = self.output.count()
-        self.process.stdin.write(" ".join(f'"{word}"' if " " in word else word for word in words) + "\n")
-        line = self.output.await_line(r"^(ok$|\? )", start)
-        if line != "ok":
-            raise AssertionError(f"{words}: {line}")
+        for words in commands:
+            self.process.stdin.write(" ".join(f'"{word}"' if " " in word else word for word in words) + "\n")
+        answers = re.compile(r"ok|\? .*")
+
+        def answered():
+            return [line for line in self.output.lines(start) if answers.fullmatch(line)]
+
+        await_condition(lambda: len(answered()) >= len(commands), lambda: f"{commands} are answered: {answered()}")
+        if set(answered()) != {"ok"}:
+            raise AssertionError(f"{commands}: {answered()}")
 
     def events(self, name, start=0):
         """The texts of what happened to the speaker of that name, from line `start` on."""

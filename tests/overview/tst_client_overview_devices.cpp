@@ -46,7 +46,8 @@ private slots:
     void one_speaker_on_two_interfaces_is_one_record();
     void same_name_at_a_new_address_is_a_second_record_and_row();
     void speaker_that_arrives_while_a_record_is_made_comes_first();
-    void service_reported_again_while_its_record_is_made_gets_a_second_one();
+    void service_reported_again_while_its_record_is_made_is_known();
+    void service_removed_while_its_record_is_made_is_not_listed();
     void second_address_changes_nothing_and_is_logged();
 
     void status_ends_in_one_character_of_that_code_data();
@@ -316,7 +317,7 @@ void tst_client_overview_devices::speaker_that_arrives_while_a_record_is_made_co
     QTRY_COMPARE(overview->tree->topLevelItemCount(), 2);
 }
 
-void tst_client_overview_devices::service_reported_again_while_its_record_is_made_gets_a_second_one()
+void tst_client_overview_devices::service_reported_again_while_its_record_is_made_is_known()
 {
     Overview_World world;
     world.open();
@@ -324,8 +325,24 @@ void tst_client_overview_devices::service_reported_again_while_its_record_is_mad
     const DNSServiceRef second = air_waves::approach("Kitchen", 2, closed_port);
     air_waves::answer(first, 1, own_loopback(1));
     air_waves::answer(second, 2, own_loopback(1));
-    QTRY_COMPARE(row_names(), QStringList({"Kitchen", "Kitchen"}));
-    QVERIFY(device_list.at(0) != device_list.at(1));
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+    QTRY_COMPARE(overview->zeroConf->services.size(), 2);
+    QCOMPARE(device_list.size(), 1);
+    QVERIFY(world.log.texts().contains("$$$ Device already exists!"));
+}
+
+void tst_client_overview_devices::service_removed_while_its_record_is_made_is_not_listed()
+{
+    Overview_World world;
+    world.open();
+    const QZeroConfService kitchen = air_waves::service("Kitchen", own_loopback(1), closed_port);
+    QTimer::singleShot(0, overview, [kitchen] { overview->removeService(kitchen); });
+    overview->addService(kitchen);
+    QVERIFY(device_list.isEmpty());
+    QTRY_COMPARE(in_flight(), 0);
+    QCOMPARE(row_names(), QStringList());
+    overview->addService(kitchen); // back again
+    QTRY_COMPARE(row_names(), QStringList("Kitchen"));
 }
 
 void tst_client_overview_devices::second_address_changes_nothing_and_is_logged()

@@ -15,6 +15,7 @@ struct Fault_Row {
     const char *help;
 };
 
+// The manual page packaging/virelo-sim.1.in has a paragraph for each.
 const Fault_Row rows[] = {
     {"host-refused", &F::host_refused, "port 8990 refuses; open links stay"},
     {"at-refused", &F::at_refused, "port 8991 refuses; open links stay"},

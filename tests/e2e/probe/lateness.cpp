@@ -30,7 +30,9 @@ double Lateness::latest()
 
 double Lateness::take_worst()
 {
-    const double result = std::max(worst, latest());
+    if (timer.isActive() && overdue() > 0)
+        tick(); // else what is told now would be told again, as that of a tick to come
+    const double result = worst;
     worst = 0;
     return result;
 }

@@ -22,10 +22,12 @@ namespace
 enum Column { column_name, column_status };
 
 constexpr int columns = 4;
+constexpr int living_role = Qt::UserRole + 1; // the record too, as a pointer that knows when it is gone
 
+// Null for an item without one, and once the record is gone.
 Device_Desc *record_of(const QTreeWidgetItem *item)
 {
-    return item->data(column_name, Qt::UserRole).value<Device_Desc *>();
+    return item->data(column_name, living_role).value<QPointer<Device_Desc>>();
 }
 
 bool is_member(const Device_Desc *device)
@@ -105,7 +107,7 @@ void Client_Group::show_group_state()
 
 QTreeWidgetItem *Client_Group::fill_tree()
 {
-    const Device_Desc *master = sender_device ? sender_device : device;
+    const Device_Desc *master = sender_device ? sender_device : device.data();
     QTreeWidgetItem *own_item = nullptr;
     for (Device_Desc *listed : qAsConst(device_list)) {
         if (listed == master)
@@ -133,6 +135,7 @@ QTreeWidgetItem *Client_Group::_make_tree_item(Device_Desc *device)
     auto *item = new QTreeWidgetItem;
     item->setText(column_name, device->name);
     item->setData(column_name, Qt::UserRole, QVariant::fromValue(device));
+    item->setData(column_name, living_role, QVariant::fromValue(QPointer<Device_Desc>(device)));
     return item;
 }
 
@@ -206,10 +209,12 @@ void Client_Group::DissolveClicked()
 
 void Client_Group::create_group()
 {
+    if (!device)
+        return;
     bool accepted = false;
     const QString name = QInputDialog::getText(this, tr("Create Group"), tr("Group name:"), QLineEdit::Normal,
                                                tr("VIRELO Group"), &accepted);
-    if (!accepted || name.isEmpty())
+    if (!accepted || name.isEmpty() || !device) // it may have gone while the box was open
         return;
 
     device->request_sender_enable(name, 0);

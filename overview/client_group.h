@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QPointer>
 
 class Device_Desc;
 class QGridLayout;
@@ -15,7 +16,8 @@ class QTreeWidgetItem;
 // receiver is linked to the master's uuid. The records are adjusted at once, ahead of the replies, so that
 // the overview is right without a new scan; no reply is awaited and no failure is told.
 //
-// GUI thread only. Opened without blocking, never deleted; the overview stays usable meanwhile.
+// GUI thread only. Opened without blocking, never deleted; the overview stays usable meanwhile. It may
+// outlive its records: of those that are gone nothing is asked.
 class Client_Group : public QDialog
 {
     Q_OBJECT
@@ -24,7 +26,7 @@ public:
     Client_Group(Device_Desc *device,
                  QWidget *parent); // `device` is the master-to-be while there is no group
 
-    Device_Desc *device;
+    QPointer<Device_Desc> device; // null once the record is gone
     QGridLayout *grid = nullptr;
     QTreeWidget *tree = nullptr; // columns: name (holds the Device_Desc* under Qt::UserRole), status
     QPushButton *add_button = nullptr;

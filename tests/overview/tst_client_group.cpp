@@ -74,6 +74,8 @@ private slots:
     void a_click_sets_the_buttons();
     void a_click_without_a_group_does_nothing();
     void without_a_selection_there_is_no_selected_air();
+    void records_that_are_gone_are_left_alone();
+    void a_master_to_be_that_goes_while_its_group_is_named_becomes_none();
     void everything_has_its_text();
     void texts_are_translated_in_the_context_of_the_class();
     void texts_of_the_actions_are_translated();
@@ -315,6 +317,42 @@ void tst_client_group::without_a_selection_there_is_no_selected_air()
     click(*dialog, 0);
     QVERIFY(QMetaObject::invokeMethod(dialog.get(), "selected_air", Q_RETURN_ARG(QTreeWidgetItem *, item)));
     QCOMPARE(item, dialog->tree->topLevelItem(0));
+}
+
+void tst_client_group::records_that_are_gone_are_left_alone()
+{
+    add("Hall");
+    open(master);
+    overview->deleteRecords();
+    QVERIFY(!dialog->device);
+    sender_device = add("Another");
+    dialog->remove_button->setEnabled(true);
+    click(*dialog, 0);
+    QCOMPARE(button_states(*dialog), (QList<bool>{false, true})); // no record to tell them by
+
+    world->log.clear();
+    for (const char *slot : {"AddClicked", "RemoveClicked"})
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), slot));
+    sender_device = nullptr;
+    Modal_User<QInputDialog> user([](QInputDialog *box) { type_name(box, "Party"); });
+    QTest::mouseClick(dialog->dissolve_button, Qt::LeftButton);
+    QVERIFY(!user.met);
+    QVERIFY(!sender_device);
+    QCOMPARE(rows_of(*dialog), QStringList{"Hall: Available"});
+    QCOMPARE(world->log.debug_lines().filter("_request"), QStringList());
+}
+
+void tst_client_group::a_master_to_be_that_goes_while_its_group_is_named_becomes_none()
+{
+    open(master);
+    Modal_User<QInputDialog> user([](QInputDialog *box) {
+        overview->deleteRecords();
+        type_name(box, "Party");
+    });
+    QTest::mouseClick(dialog->dissolve_button, Qt::LeftButton);
+    QVERIFY(user.met);
+    QVERIFY(!sender_device);
+    QCOMPARE(dialog->dissolve_button->text(), QString("Create Group"));
 }
 
 // All texts of the dialog, without the rows of its tree.

@@ -30,7 +30,6 @@ namespace
 constexpr int poll_ms = 1000; // from a reply to the next poll
 constexpr int status_error = 5;
 constexpr int status_done = 6;
-constexpr int progress_max = 100;
 
 struct Numbered_Text {
     int number;
@@ -47,7 +46,6 @@ constexpr Numbered_Text status_texts[] = {
 
 constexpr Numbered_Text error_texts[] = {
     {-1, QT_TRANSLATE_NOOP("Client_Update", "Error: Update not running")},
-    {0, QT_TRANSLATE_NOOP("Client_Update", "Other Error :-(")},
     {1, QT_TRANSLATE_NOOP("Client_Update", "Error: File doesnt exist")},
     {2, QT_TRANSLATE_NOOP("Client_Update", "Error: Download Error")},
     {3, QT_TRANSLATE_NOOP("Client_Update", "Error: Checksum Error")},
@@ -55,7 +53,8 @@ constexpr Numbered_Text error_texts[] = {
     {5, QT_TRANSLATE_NOOP("Client_Update", "Error: Update error")},
 };
 
-constexpr const char *other_error = "Other Error :-(";
+// 0, and every number without a text of its own.
+constexpr const char *other_error = QT_TRANSLATE_NOOP("Client_Update", "Other Error :-(");
 
 template<size_t N>
 const char *text_of(const Numbered_Text (&texts)[N], int number, const char *otherwise)
@@ -69,6 +68,13 @@ const char *text_of(const Numbered_Text (&texts)[N], int number, const char *oth
 int number_of(const QJsonObject &object, const char *key)
 {
     return object.value(QLatin1String(key)).toString().toInt();
+}
+
+// Seen at once, also when the window is busy next.
+void enable(QPushButton *button, bool enabled)
+{
+    button->setEnabled(enabled);
+    button->repaint();
 }
 } // namespace
 
@@ -92,7 +98,7 @@ void Client_Update::make_widgets()
     check_button = new QPushButton(tr("Check"), this);
     size_edit = new QLineEdit(tr("- Bytes"), this);
     progress_bar = new QProgressBar(this);
-    progress_bar->setRange(0, progress_max);
+    progress_bar->setRange(0, 100);
     progress_bar->setValue(0);
     status_label = new QLabel(tr("Click Check Button!"), this);
     back_button = new QPushButton(tr("<< Back"), this);
@@ -147,13 +153,12 @@ int Client_Update::speaker_type() const
 
 QString Client_Update::host_file_url() const
 {
-    return url_edit->text() + model_code(speaker_type()) + "_" + "host.hex";
+    return url_edit->text() + model_code(speaker_type()) + "_host.hex";
 }
 
 void Client_Update::radioClicked(bool checked)
 {
-    flash_button->setEnabled(false);
-    flash_button->repaint();
+    enable(flash_button, false);
 }
 
 void Client_Update::checkFile()
@@ -173,16 +178,14 @@ void Client_Update::fileSize(int filesize)
     qDebug() << "Size is " << filesize;
     size_edit->setText(QString::number(filesize) + " Bytes");
     file_size = filesize;
-    flash_button->setEnabled(true);
-    flash_button->repaint();
+    enable(flash_button, true);
 }
 
 void Client_Update::fileError()
 {
     size_edit->setText("- Bytes"); // not translated here: meant
     file_size = -1;
-    flash_button->setEnabled(false);
-    flash_button->repaint();
+    enable(flash_button, false);
 }
 
 void Client_Update::updateFirmware()
@@ -193,10 +196,8 @@ void Client_Update::updateFirmware()
         updateFirmwareHOST();
         return;
     }
-    for (QPushButton *button : {check_button, flash_button, back_button}) {
-        button->setEnabled(false);
-        button->repaint();
-    }
+    for (QPushButton *button : {check_button, flash_button, back_button})
+        enable(button, false);
     updateFirmwareWIFI();
 }
 
@@ -247,9 +248,8 @@ void Client_Update::replyFinishedUpdateCheck(QNetworkReply *reply)
     progress_bar->setValue(progress);
     show_status(status, errinfo);
     if (status == status_done) {
-        progress_bar->setValue(progress_max);
-        back_button->setEnabled(true);
-        back_button->repaint();
+        progress_bar->setValue(progress_bar->maximum());
+        enable(back_button, true);
     } else if (status != status_error) {
         QTimer::singleShot(poll_ms, this, SLOT(updateCheckTimer()));
     }

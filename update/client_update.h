@@ -6,7 +6,6 @@
 
 class Device_Desc;
 class QFile;
-class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QNetworkReply;

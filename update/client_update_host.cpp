@@ -17,8 +17,8 @@
 
 namespace
 {
-constexpr unsigned long flash_mode_ms =
-    5000;                         // that the host takes to enter flash mode; the window freezes: meant
+// In which the host enters flash mode. The window freezes meanwhile, which is meant.
+constexpr unsigned long flash_mode_ms = 5000;
 constexpr int line_pause_ms = 10; // in which the window answers
 } // namespace
 
@@ -87,7 +87,7 @@ void Client_Update::hostFlashFilefinished()
     delete flash_file;
     flash_file = nullptr;
 
-    progress_bar->setValue(100);
+    progress_bar->setValue(progress_bar->maximum());
     qDebug() << "FLASHING file finished - Total " << flash_done << " lines";
     show_info_box(this, "Info", "Flashing HOST completed!", tr("OK"));
 }

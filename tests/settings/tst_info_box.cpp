@@ -14,6 +14,7 @@ class tst_info_box : public QObject
 
 private slots:
     void it_shows_what_it_is_given();
+    void what_looks_like_markup_stands_as_it_is();
     void it_may_have_no_parent();
     void it_blocks_until_it_is_answered_while_events_go_on();
     void keys_and_frame_answer_it_too_data();
@@ -30,6 +31,18 @@ void tst_info_box::it_shows_what_it_is_given()
     QCOMPARE(reader.seen(), (QStringList{"Title", "Text\n\n of lines", "Right"}));
     QCOMPARE(reader.icon, QMessageBox::Information);
     QCOMPARE(reader.parent, &parent);
+}
+
+void tst_info_box::what_looks_like_markup_stands_as_it_is()
+{
+    Qt::TextFormat format = Qt::AutoText;
+    Modal_User<QMessageBox> user([&format](QMessageBox *box) {
+        format = box->textFormat();
+        box->close();
+    });
+    show_info_box(nullptr, "Title", "<b>Text</b>", "OK");
+    QVERIFY(user.met);
+    QCOMPARE(format, Qt::PlainText);
 }
 
 void tst_info_box::it_may_have_no_parent()

@@ -24,6 +24,7 @@ void make_session_type_known()
     QT_WARNING_POP
     Q_UNUSED(type)
 }
+
 // What is dropped leaves the rest no document. The reply is not aborted: it ends when the speaker ends it, as
 // every other does, and stays readable.
 void drop_endless(QNetworkReply *reply)
@@ -66,4 +67,13 @@ bool read_json_object(const QByteArray &bytes, QJsonObject &object)
         return true;
     qDebug() << (document.isNull() ? "Document is NULL" : "Object is empty");
     return false;
+}
+
+QJsonObject read_json_reply(QNetworkReply *reply, const char *words)
+{
+    const QByteArray bytes = reply->readAll();
+    qDebug() << words << QString::fromUtf8(bytes.constData());
+    QJsonObject object;
+    read_json_object(bytes, object);
+    return object;
 }

@@ -4,6 +4,7 @@
 class QByteArray;
 class QJsonObject;
 class QNetworkAccessManager;
+class QNetworkReply;
 class QObject;
 class QString;
 
@@ -18,3 +19,7 @@ QNetworkAccessManager *post_json(QObject *owner, const QString &url, const QStri
 
 // The object of a document; false, with a log line, when the bytes are no JSON or the object is empty.
 bool read_json_object(const QByteArray &bytes, QJsonObject &object);
+
+// The same for all that is left of a reply, whose text is logged first, behind `words` and up to the first
+// NUL. Empty where the reply cannot be used.
+QJsonObject read_json_reply(QNetworkReply *reply, const char *words);

@@ -6,7 +6,6 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QLineEdit>
-#include <QNetworkReply>
 #include <QPushButton>
 
 #include "app/client.h"
@@ -36,6 +35,22 @@ QLabel *value_label(const QString &value)
     label->setTextFormat(Qt::PlainText);
     label->setMinimumWidth(1);
     return label;
+}
+
+void add_row(QGridLayout *grid, int row, const QString &caption, QWidget *widget, int span)
+{
+    grid->addWidget(new QLabel(caption), row, 0);
+    grid->addWidget(widget, row, 1, 1, span);
+}
+
+QString returncode_of(const QJsonObject &object)
+{
+    return object.value("returncode").toString();
+}
+
+bool is_success(const QJsonObject &object)
+{
+    return returncode_of(object) == "success";
 }
 } // namespace
 
@@ -88,12 +103,6 @@ void Client_Conf::place_widgets()
     setLayout(grid);
 }
 
-void Client_Conf::add_row(QGridLayout *grid, int row, const QString &caption, QWidget *widget, int span)
-{
-    grid->addWidget(new QLabel(caption), row, 0);
-    grid->addWidget(widget, row, 1, 1, span);
-}
-
 void Client_Conf::connect_widgets()
 {
     connect(dhcp_button, &QPushButton::clicked, this, &Client_Conf::dhcpStatic);
@@ -133,19 +142,6 @@ void Client_Conf::post(const QString &url, const QString &body, const char *slot
     post_json(this, url, body, "text/plain", slot);
 }
 
-// False when the chain ends here, since the reply is no JSON object.
-bool Client_Conf::read_reply(QNetworkReply *reply, const char *log_text, QString &returncode, int &id)
-{
-    const QByteArray bytes = reply->readAll();
-    qDebug() << log_text << QString::fromUtf8(bytes);
-    QJsonObject object;
-    if (!read_json_object(bytes, object))
-        return false;
-    returncode = object.value("returncode").toString();
-    id = object.value("id").toInt();
-    return true;
-}
-
 void Client_Conf::setDeviceName(QString name)
 {
     if (!device)
@@ -155,11 +151,10 @@ void Client_Conf::setDeviceName(QString name)
 
 void Client_Conf::replyFinishedC(QNetworkReply *reply)
 {
-    QString returncode;
-    int id = 0;
-    if (!read_reply(reply, "setDeviceName reply received", returncode, id))
+    const QJsonObject object = read_json_reply(reply, "setDeviceName reply received");
+    if (object.isEmpty())
         return;
-    if (returncode == "success")
+    if (is_success(object))
         addNetwork();
     else
         show_info_box(this, tr("Info"), tr("DeviceName could not be set"), tr("OK"));
@@ -175,15 +170,14 @@ void Client_Conf::addNetwork()
 
 void Client_Conf::replyFinishedA(QNetworkReply *reply)
 {
-    QString returncode;
-    int id = 0;
-    if (!read_reply(reply, "AddNetwork / AddStaticNetwork reply received", returncode, id))
+    const QJsonObject object = read_json_reply(reply, "AddNetwork / AddStaticNetwork reply received");
+    if (object.isEmpty())
         return;
-    if (returncode == "success")
-        selectNetwork(QString::number(id));
+    if (is_success(object))
+        selectNetwork(QString::number(object.value("id").toInt()));
     else
-        show_info_box(this, tr("Add/Static/Network"), "Result " + returncode + " something went wrong...",
-                      tr("OK"));
+        show_info_box(this, tr("Add/Static/Network"),
+                      "Result " + returncode_of(object) + " something went wrong...", tr("OK"));
 }
 
 void Client_Conf::selectNetwork(QString id)
@@ -195,9 +189,7 @@ void Client_Conf::selectNetwork(QString id)
 
 void Client_Conf::replyFinishedB(QNetworkReply *reply)
 {
-    QString returncode;
-    int id = 0;
-    if (!read_reply(reply, "selecetNetwork reply received", returncode, id))
+    if (read_json_reply(reply, "selecetNetwork reply received").isEmpty())
         return;
 
     // Any object counts as success, whatever its returncode: meant.

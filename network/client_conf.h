@@ -5,7 +5,6 @@
 #include <QPointer>
 
 class Device_Desc;
-class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QNetworkReply;
@@ -51,7 +50,5 @@ private:
     void make_widgets();
     void place_widgets();
     void connect_widgets();
-    void add_row(QGridLayout *grid, int row, const QString &caption, QWidget *widget, int span);
     void post(const QString &url, const QString &body, const char *slot);
-    bool read_reply(QNetworkReply *reply, const char *log_text, QString &returncode, int &id);
 };

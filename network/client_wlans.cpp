@@ -7,7 +7,6 @@
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QLabel>
-#include <QNetworkReply>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -89,35 +88,32 @@ void Client_WLANs::place_widgets()
 
 void Client_WLANs::replyFinished(QNetworkReply *reply)
 {
-    const QByteArray bytes = reply->readAll();
-    qDebug() << "Client WLANS  reply received" << QString::fromUtf8(bytes.constData()); // up to the first NUL
-    QJsonObject object;
-    if (!read_json_object(bytes, object))
+    const QJsonObject object = read_json_reply(reply, "Client WLANS  reply received");
+    if (object.isEmpty())
         return;
 
     const QJsonArray networks = object.value("aplist").toArray();
     tree->clear();
-    int count = 0;
-    for (const QJsonValue network : networks) {
-        const QJsonObject members = network.toObject();
-        const QString ssid = members.value("ssid").toString();
-        const QString signal_level =
-            members.value("signal_level").toString(); // a JSON number reads as empty: meant
-        qDebug() << "#" << count << " SSID: " << ssid
-                 << "Encryption:" << members.value("encrypt_type").toString()
-                 << "Signal Level:" << signal_level;
-        auto *item = new QTreeWidgetItem({ssid, signal_level + " dBi"});
-        item->setData(column_ssid, Qt::UserRole, QVariant::fromValue(QJsonValue(network)));
-        tree->addTopLevelItem(item);
-        ++count;
-    }
-    if (count == 0) {
+    for (int number = 0; number < networks.size(); ++number)
+        add_network(number, networks.at(number));
+    if (networks.isEmpty()) {
         show_info_box(this, tr("Info"), tr("No Speakers found"), tr("OK")); // speaks of speakers: meant
         return;
     }
-    if (QTreeWidgetItem *first = tree->topLevelItem(0))
-        tree->setCurrentItem(first);
+    tree->setCurrentItem(tree->topLevelItem(0));
     enableNextButton();
+}
+
+void Client_WLANs::add_network(int number, const QJsonValue &network)
+{
+    const QJsonObject members = network.toObject();
+    const QString ssid = members.value("ssid").toString();
+    const QString signal_level = members.value("signal_level").toString(); // a number reads as empty: meant
+    qDebug() << "#" << number << " SSID: " << ssid
+             << "Encryption:" << members.value("encrypt_type").toString() << "Signal Level:" << signal_level;
+    auto *item = new QTreeWidgetItem({ssid, signal_level + " dBi"});
+    item->setData(column_ssid, Qt::UserRole, network);
+    tree->addTopLevelItem(item);
 }
 
 void Client_WLANs::setSSID()

@@ -5,6 +5,7 @@
 #include <QPointer>
 
 class Device_Desc;
+class QJsonValue;
 class QLabel;
 class QNetworkReply;
 class QPushButton;
@@ -40,4 +41,5 @@ private:
     void make_tree();
     void make_buttons();
     void place_widgets();
+    void add_network(int number, const QJsonValue &network);
 };

@@ -212,10 +212,8 @@ void Client_Update::updateFirmwareWIFI()
 
 void Client_Update::replyFinished(QNetworkReply *reply)
 {
-    const QByteArray bytes = reply->readAll();
-    qDebug() << "Client Update reply received" << QString::fromUtf8(bytes);
-    QJsonObject object;
-    if (!read_json_object(bytes, object))
+    const QJsonObject object = read_json_reply(reply, "Client Update reply received");
+    if (object.isEmpty())
         return;
     if (object.value("returncode").toString() == "success") {
         qDebug() << "Started Firmware Update";
@@ -235,10 +233,8 @@ void Client_Update::updateCheckTimer()
 
 void Client_Update::replyFinishedUpdateCheck(QNetworkReply *reply)
 {
-    const QByteArray bytes = reply->readAll();
-    qDebug() << "Client UpdateCheck reply received" << QString::fromUtf8(bytes);
-    QJsonObject object;
-    if (!read_json_object(bytes, object))
+    const QJsonObject object = read_json_reply(reply, "Client UpdateCheck reply received");
+    if (object.isEmpty())
         return; // polling ends: only a status arms the next poll
 
     const int status = number_of(object, "status");

@@ -56,6 +56,8 @@ private slots:
     void an_owner_may_go_in_the_slot();
     void bytes_are_read_as_an_object_data();
     void bytes_are_read_as_an_object();
+    void a_reply_is_logged_and_read_as_an_object_data();
+    void a_reply_is_logged_and_read_as_an_object();
 
 private:
     QNetworkAccessManager *post(const QString &body = "{}");
@@ -221,6 +223,38 @@ void tst_json_http::bytes_are_read_as_an_object()
     QCOMPARE(read_json_object(bytes, object), members > 0);
     QCOMPARE(object.size(), members);
     QTEST(log.debug_lines(), "lines");
+}
+
+void tst_json_http::a_reply_is_logged_and_read_as_an_object_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QJsonObject>("object");
+    QTest::addColumn<QStringList>("lines");
+    QTest::newRow("object") << QByteArray("{\"a\": 1}") << QJsonObject{{"a", 1}}
+                            << QStringList(R"(heard "{\"a\": 1}")");
+    QTest::newRow("empty object") << QByteArray("{}") << QJsonObject()
+                                  << QStringList{R"(heard "{}")", "Object is empty"};
+    QTest::newRow("nothing") << QByteArray() << QJsonObject()
+                             << QStringList{R"(heard "")", "Document is NULL"};
+    QTest::newRow("NUL") << QByteArray("{}\0{}", 5) << QJsonObject()
+                         << QStringList{R"(heard "{}")", "Document is NULL"};
+}
+
+void tst_json_http::a_reply_is_logged_and_read_as_an_object()
+{
+    QFETCH(QByteArray, body);
+    peer->answer = http_answer(body);
+    QJsonObject object{{"from", "before"}};
+    QStringList lines;
+    owner->meanwhile = [this, &object, &lines] {
+        const Log_Capture log;
+        object = read_json_reply(owner->reply, "heard");
+        lines = log.debug_lines();
+    };
+    post();
+    QTRY_COMPARE(owner->bodies, QByteArrayList{""}); // nothing is left to read
+    QTEST(object, "object");
+    QTEST(lines, "lines");
 }
 
 QTEST_GUILESS_MAIN(tst_json_http)

@@ -85,18 +85,19 @@ void Client_Conf_StatIP::place_widgets()
     setLayout(grid);
 }
 
-QList<QLineEdit *> Client_Conf_StatIP::edits() const
+void Client_Conf_StatIP::set_edits_enabled(bool enabled)
 {
-    return {ip_edit, netmask_edit, gateway_edit, domain_edit, dns1_edit, dns2_edit};
+    for (QLineEdit *edit : {ip_edit, netmask_edit, gateway_edit, domain_edit, dns1_edit, dns2_edit}) {
+        edit->setEnabled(enabled);
+        edit->setStyleSheet(enabled ? "QLineEdit {background-color: white;}"
+                                    : "QLineEdit {background-color: lightgrey;}");
+    }
 }
 
 void Client_Conf_StatIP::dhcp_pressed()
 {
     dhcp_radio->setChecked(true);
-    for (QLineEdit *edit : edits()) {
-        edit->setEnabled(false);
-        edit->setStyleSheet("QLineEdit {background-color: lightgrey;}");
-    }
+    set_edits_enabled(false);
 }
 
 // Each press fills the edits anew: what was typed and not saved is replaced, which is meant.
@@ -119,10 +120,7 @@ void Client_Conf_StatIP::static_pressed()
     static_radio->setChecked(true);
     for (const auto &field : fields)
         field.edit->setText(field.stored.isEmpty() ? field.otherwise : field.stored);
-    for (QLineEdit *edit : edits()) {
-        edit->setEnabled(true);
-        edit->setStyleSheet("QLineEdit {background-color: white;}");
-    }
+    set_edits_enabled(true);
 }
 
 void Client_Conf_StatIP::store()

@@ -46,6 +46,6 @@ private slots:
 private:
     void make_widgets();
     void place_widgets();
+    void set_edits_enabled(bool enabled);
     void store();
-    QList<QLineEdit *> edits() const;
 };

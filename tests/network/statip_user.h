@@ -4,10 +4,22 @@
 #include <QLineEdit>
 #include <QTest>
 
+#include "app/globals.h"
 #include "device/device_desc.h"
 #include "network/client_conf_statip.h"
+#include "tests/network/wlan_world.h"
 
 // Reads and works the dialog of the static address as its user does.
+
+// Opens it for the world's record, as the WLAN settings do.
+inline Client_Conf_StatIP *open_statip(const Wlan_World &world)
+{
+    conf_statip_dialog = new Client_Conf_StatIP(world.record, nullptr);
+    conf_statip_dialog->show();
+    if (!QTest::qWaitForWindowExposed(conf_statip_dialog))
+        qFatal("the dialog does not show");
+    return conf_statip_dialog;
+}
 
 inline QList<QLineEdit *> edits_of(const Client_Conf_StatIP *dialog)
 {

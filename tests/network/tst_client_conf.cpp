@@ -16,6 +16,7 @@
 #include "network/client_conf_statip.h"
 #include "overview/client_overview.h"
 #include "settings/rzpixmaplabel.h"
+#include "tests/network/conf_user.h"
 #include "tests/network/wlan_world.h"
 #include "tests/settings/grid_probe.h"
 #include "tests/settings/marking_translator.h"
@@ -55,7 +56,7 @@ private slots:
     void the_slots_stand_in_order();
 
 private:
-    Client_Conf *open();
+    Client_Conf *open() const { return open_conf(*world); }
 
     std::unique_ptr<Wlan_World> world;
     Device_Desc *record = nullptr;
@@ -71,15 +72,6 @@ void tst_client_conf::init()
 void tst_client_conf::cleanup()
 {
     world.reset();
-}
-
-Client_Conf *tst_client_conf::open()
-{
-    auto *dialog = new Client_Conf(record, nullptr);
-    dialog->show();
-    if (!QTest::qWaitForWindowExposed(dialog))
-        qFatal("the dialog does not show");
-    return dialog;
 }
 
 static QGridLayout *grid_of(const Client_Conf *dialog)

@@ -20,10 +20,7 @@
 #include "tests/settings/grid_probe.h"
 #include "tests/settings/marking_translator.h"
 
-namespace
-{
-const QString domain = VIRELO_MAKER_DOMAIN;
-} // namespace
+static const QString domain = VIRELO_MAKER_DOMAIN;
 
 // How the dialog of the static address looks, and what its two modes do. What it stores is told in
 // tst_client_conf_statip_save.
@@ -54,7 +51,7 @@ private slots:
     void signal_and_slots_stand_in_order();
 
 private:
-    Client_Conf_StatIP *open();
+    Client_Conf_StatIP *open() const { return open_statip(*world); }
 
     std::unique_ptr<Wlan_World> world;
     Device_Desc *record = nullptr;
@@ -70,15 +67,6 @@ void tst_client_conf_statip::init()
 void tst_client_conf_statip::cleanup()
 {
     world.reset();
-}
-
-Client_Conf_StatIP *tst_client_conf_statip::open()
-{
-    conf_statip_dialog = new Client_Conf_StatIP(record, nullptr);
-    conf_statip_dialog->show();
-    if (!QTest::qWaitForWindowExposed(conf_statip_dialog))
-        qFatal("the dialog does not show");
-    return conf_statip_dialog;
 }
 
 void tst_client_conf_statip::the_window_has_the_size_of_the_platform()

@@ -13,10 +13,7 @@
 #include "tests/network/statip_user.h"
 #include "tests/network/wlan_world.h"
 
-namespace
-{
-const QString domain = VIRELO_MAKER_DOMAIN;
-} // namespace
+static const QString domain = VIRELO_MAKER_DOMAIN;
 
 // What the dialog of the static address stores, and whom it tells.
 class tst_client_conf_statip_save : public QObject
@@ -40,7 +37,7 @@ private slots:
     void without_a_record_nothing_is_stored();
 
 private:
-    Client_Conf_StatIP *open();
+    Client_Conf_StatIP *open() const { return open_statip(*world); }
 
     std::unique_ptr<Wlan_World> world;
     Device_Desc *record = nullptr;
@@ -56,15 +53,6 @@ void tst_client_conf_statip_save::init()
 void tst_client_conf_statip_save::cleanup()
 {
     world.reset();
-}
-
-Client_Conf_StatIP *tst_client_conf_statip_save::open()
-{
-    conf_statip_dialog = new Client_Conf_StatIP(record, nullptr);
-    conf_statip_dialog->show();
-    if (!QTest::qWaitForWindowExposed(conf_statip_dialog))
-        qFatal("the dialog does not show");
-    return conf_statip_dialog;
 }
 
 void tst_client_conf_statip_save::a_static_address_is_stored()

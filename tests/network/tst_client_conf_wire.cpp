@@ -23,6 +23,7 @@ private slots:
     void a_network_goes_out_as_typed_data();
     void a_network_goes_out_as_typed();
     void a_static_address_goes_out_with_its_network();
+    void static_values_go_out_as_typed();
     void without_a_domain_the_name_servers_stay_away();
     void empty_members_stay_members();
     void static_values_stay_here_while_the_address_is_dynamic();
@@ -114,15 +115,36 @@ void tst_client_conf_wire::a_network_goes_out_as_typed()
     const Client_Conf *dialog = open_conf(*world);
     dialog->passwd_edit->setText(QString::fromUtf8(password));
     save(dialog);
-    check_request(0, "/api/v19/wifi.action",
-                  "{\"action\": \"addnetwork\", \"ssid\": \"" + ssid + "\", \"psk\": \"" + password +
-                      "\" } ");
+    const QByteArray network = ", \"ssid\": \"" + ssid + "\", \"psk\": \"" + password + "\"";
+    check_request(0, "/api/v19/wifi.action", "{\"action\": \"addnetwork\"" + network + " } ");
+
+    fill_static();
+    save(dialog);
+    check_request(1, "/api/v19/wifi.action",
+                  "{\"action\": \"addstaticnetwork\"" + network +
+                      ", \"inet\": {\"address\": \"192.168.1.20\", \"netmask\": \"255.255.255.0\", "
+                      "\"broadcast\": \"192.168.1.255\", \"gateway\": \"192.168.1.1\" } , "
+                      "\"dns\": { \"domains\": [ \"home.example\" ], "
+                      "\"nameservers\": [ \"8.8.8.8\", \"8.8.4.4\" ] } } ");
 }
 
 void tst_client_conf_wire::fill_static() const
 {
     world->record->set_static_network("192.168.1.20", "255.255.255.0", "192.168.1.1", "home.example",
                                       "8.8.8.8", "8.8.4.4");
+}
+
+void tst_client_conf_wire::static_values_go_out_as_typed()
+{
+    world->record->set_static_network("\"1\"", "2\\", "  3  ", QString::fromUtf8(umlauts), "5\", \"5",
+                                      "6\" ]");
+    world->record->static_broadcast = "7\" }";
+    save(open_conf(*world));
+    check_request(0, "/api/v19/wifi.action",
+                  "{\"action\": \"addstaticnetwork\", \"ssid\": \"Home\", \"psk\": \"\", "
+                  "\"inet\": {\"address\": \"\"1\"\", \"netmask\": \"2\\\", \"broadcast\": \"7\" }\", "
+                  "\"gateway\": \"  3  \" } , \"dns\": { \"domains\": [ \"" +
+                      umlauts + "\" ], \"nameservers\": [ \"5\", \"5\", \"6\" ]\" ] } } ");
 }
 
 void tst_client_conf_wire::a_static_address_goes_out_with_its_network()

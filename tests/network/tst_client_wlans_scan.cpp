@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QHeaderView>
 #include <QJsonObject>
 #include <QJsonValue>
 #include <QNetworkAccessManager>
@@ -52,6 +53,7 @@ private slots:
     void the_scan_goes_out_only_once();
     void networks_become_rows_in_the_order_of_their_signal();
     void the_first_row_in_that_order_is_selected();
+    void the_first_row_counts_in_the_order_of_the_user_too();
     void each_row_holds_its_json();
     void networks_of_one_name_stay_apart();
     void the_encryption_changes_nothing();
@@ -157,6 +159,16 @@ void tst_client_wlans_scan::the_first_row_in_that_order_is_selected()
     QCOMPARE(wlans_dialog->tree->selectedItems(),
              QList<QTreeWidgetItem *>{wlans_dialog->tree->topLevelItem(0)});
     QCOMPARE(wlans_dialog->tree->selectedItems().first()->text(0), QString("C"));
+}
+
+void tst_client_wlans_scan::the_first_row_counts_in_the_order_of_the_user_too()
+{
+    open();
+    QHeaderView *header = wlans_dialog->tree->header();
+    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier, QPoint(20, header->height() / 2));
+    answer_json(list_of({network("C", "-100"), network("A", "-70"), network("B", "-8")}));
+    QCOMPARE(rows_of(wlans_dialog), (QStringList{"A: -70 dBi", "B: -8 dBi", "C: -100 dBi"}));
+    QCOMPARE(wlans_dialog->tree->selectedItems().first()->text(0), QString("A"));
 }
 
 void tst_client_wlans_scan::each_row_holds_its_json()

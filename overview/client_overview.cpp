@@ -4,6 +4,7 @@
 #include <QDebug>
 #include <QGridLayout>
 #include <QLabel>
+#include <QLoggingCategory>
 #include <QPushButton>
 #include <QSettings>
 #include <QTreeWidget>
@@ -192,6 +193,13 @@ QString Client_Overview::status_text(const Device_Desc *device)
     return tr("in ") + device->ssid;
 }
 
+// Each redraw shows the same few pictures in all rows: one that is shared is read and decoded once.
+QIcon Client_Overview::picture(const QString &path)
+{
+    const auto known = known_pictures.constFind(path);
+    return known != known_pictures.constEnd() ? *known : *known_pictures.insert(path, QIcon(path));
+}
+
 QTreeWidgetItem *Client_Overview::_make_tree_item(Device_Desc *device)
 {
     const Virelos *control = device->control;
@@ -199,7 +207,7 @@ QTreeWidgetItem *Client_Overview::_make_tree_item(Device_Desc *device)
 
     auto *item = new QTreeWidgetItem;
     if (const char *path = picture_path(type))
-        item->setIcon(column_picture, QIcon(path));
+        item->setIcon(column_picture, picture(path));
     item->setText(column_name, device->name);
     item->setText(column_status, status_text(device));
     item->setText(column_model, model_name(type));
@@ -253,7 +261,9 @@ QTreeWidgetItem *Client_Overview::make_group_item()
 
 void Client_Overview::log_device(int position, const Device_Desc *device)
 {
-    qDebug() << "Device #" << position << ": " << device->name;
+    // Each arrival logs the whole list, twice: with debug off, the texts would be built for nobody.
+    if (QLoggingCategory::defaultCategory()->isDebugEnabled())
+        qDebug() << "Device #" << position << ": " << device->name;
 }
 
 // Navigation

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QHash>
+#include <QIcon>
 #include <QList>
 #include <QTimer>
 
@@ -90,6 +92,7 @@ private:
     void connect_widgets();
     void start_discovery();
     void open_tab(Device_Desc *device);
+    QIcon picture(const QString &path);
     static QTreeWidgetItem *make_group_item();
     static QString status_text(const Device_Desc *device);
     static void log_device(int position, const Device_Desc *device);
@@ -98,4 +101,6 @@ private:
     // Records that are being made. Events run meanwhile, and one of them may tell of the same speaker on
     // another interface, or that it has left.
     QList<Device_Desc *> arriving;
+
+    QHash<QString, QIcon> known_pictures; // by path
 };

@@ -50,6 +50,7 @@ private slots:
     void picture_follows_the_type_data();
     void picture_follows_the_type();
     void pictures_can_be_told_apart();
+    void a_picture_is_read_once_for_all_rows_and_redraws();
     void row_shows_name_and_model_and_keeps_its_record();
     void status_is_the_first_that_applies_data();
     void status_is_the_first_that_applies();
@@ -123,6 +124,21 @@ void tst_client_overview_tree::pictures_can_be_told_apart()
         QVERIFY2(!image.isNull() && !seen.contains(image), name);
         seen << image;
     }
+}
+
+void tst_client_overview_tree::a_picture_is_read_once_for_all_rows_and_redraws()
+{
+    Overview_World world;
+    world.open();
+    world.add_record("Kitchen", control_of_type(13));
+    world.add_record("Bath", control_of_type(37));
+    overview->update_tree_widget();
+    const auto key = [](int row) { return overview->tree->topLevelItem(row)->icon(picture).cacheKey(); };
+    const qint64 first = key(0);
+    QCOMPARE(key(1), first);
+    overview->update_tree_widget();
+    QCOMPARE(key(0), first);
+    QCOMPARE(key(1), first);
 }
 
 void tst_client_overview_tree::row_shows_name_and_model_and_keeps_its_record()

@@ -20,6 +20,7 @@ public:
                      const char *host, DNSServiceGetAddrInfoReply callback, void *context);
     ~AddressOperation() override;
     bool start(AvahiClient *client) override;
+    bool finishes_a_road() const override { return true; }
 
 private:
     using Address = std::pair<AvahiIfIndex, std::string>; // with the bytes of the record

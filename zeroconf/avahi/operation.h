@@ -22,6 +22,9 @@ public:
     // Makes the Avahi object. False on failure, with the reason in the client.
     virtual bool start(AvahiClient *client) = 0;
 
+    // Whether a service is known to all once this is answered: then it goes ahead of what begins a road.
+    virtual bool finishes_a_road() const { return false; }
+
     const std::shared_ptr<Mailbox> mailbox;
 
 protected:

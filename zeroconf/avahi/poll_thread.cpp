@@ -62,33 +62,40 @@ void PollThread::end(std::shared_ptr<Mailbox> mailbox)
 void PollThread::post(Task task)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    tasks.push_back(std::move(task));
+    if (task.begin && task.begin->finishes_a_road())
+        tasks.push_front(std::move(task));
+    else
+        tasks.push_back(std::move(task));
     eventfd_write(wake_fd, 1);
 }
 
 void PollThread::run()
 {
+    bool more = false;
     // The poll fails only where memory runs out. Discovery falls silent then, and the program goes on.
-    while (avahi_simple_poll_iterate(poll, -1) >= 0) {
+    while (avahi_simple_poll_iterate(poll, more ? 0 : -1) >= 0) {
         if (lost)
             disconnect();
-        run_tasks();
+        more = run_next_task();
     }
 }
 
-void PollThread::run_tasks()
+bool PollThread::run_next_task()
 {
-    std::vector<Task> batch;
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        batch.swap(tasks);
-    }
-    for (Task &task : batch) {
-        if (task.begin)
-            start_operation(std::move(task.begin));
-        else
-            operations.erase(task.end.get());
-    }
+    std::unique_lock<std::mutex> lock(mutex);
+    if (tasks.empty())
+        return false;
+    Task task = std::move(tasks.front());
+    tasks.pop_front();
+    lock.unlock();
+
+    if (task.begin)
+        start_operation(std::move(task.begin));
+    else
+        operations.erase(task.end.get());
+
+    lock.lock();
+    return !tasks.empty();
 }
 
 void PollThread::start_operation(std::unique_ptr<Operation> operation)

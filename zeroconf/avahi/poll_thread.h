@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <vector>
 
 #include "zeroconf/avahi/operation.h"
 
@@ -13,6 +13,9 @@ struct AvahiSimplePoll;
 
 // The one thread that talks to Avahi's daemon, over the one bus connection of the process. Everything that
 // may wait for the daemon or the bus happens here: the connection, and the start and end of every operation.
+//
+// Each call to the daemon waits for its answer, so between two of them it looks what has come: with many
+// services about, the first of them are through while the last are still asked for.
 //
 // Thread and object are made at the first call and last until the process ends, at whatever moment that is:
 // nothing of them is destroyed by the end of the program. While nothing happens the thread sleeps.
@@ -41,14 +44,14 @@ private:
     bool start();
     void post(Task task);
     void run();
-    void run_tasks();
+    bool run_next_task(); // true if there are more
     void start_operation(std::unique_ptr<Operation> operation);
     bool connect();
     void disconnect();
 
-    std::mutex mutex;        // guards tasks
-    std::vector<Task> tasks; // in the order of the calls
-    int wake_fd = -1;        // readable while there are tasks
+    std::mutex mutex;       // guards tasks
+    std::deque<Task> tasks; // in the order of the calls, those that finish a road in front
+    int wake_fd = -1;       // readable when a task came
 
     // For the thread alone.
     AvahiSimplePoll *poll = nullptr;

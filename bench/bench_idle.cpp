@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+//
+// How often the program as it ships wakes up within 60 s, and what it uses of the processor, while 20
+// speakers are shown and nothing happens. Wished for: no wakeup of its own, 0 % of the processor.
+//
+//   scripts/lab -- build/release/bench/bench_idle [SECONDS]       with DISPLAY
+#include <QCoreApplication>
+#include <QThread>
+
+#include "bench/tools/child_process.h"
+#include "bench/tools/house_of.h"
+#include "bench/tools/proc_figures.h"
+#include "bench/tools/table.h"
+
+namespace
+{
+constexpr int speakers = 20;
+constexpr int usual_seconds = 60;
+constexpr unsigned long settle_s = 5; // pooled threads, and what belongs to the last replies, go away
+const QString qt_own =
+    "Qt bearer threa"; // Qt looks for network interfaces every ten seconds, once a request was made
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    const int asked = QCoreApplication::arguments().value(1).toInt();
+    const int seconds = asked > 0 ? asked : usual_seconds;
+
+    House_Of house(speakers);
+    house.announce();
+    Child_Process program(built_program("../VireloApp"), {});
+    house.await_workers();
+    QThread::sleep(settle_s);
+    const Proc_Figures before = Proc_Figures::of(program.pid());
+    QThread::sleep(static_cast<unsigned long>(seconds));
+    const Proc_Figures after = Proc_Figures::of(program.pid());
+
+    qint64 own = 0;
+    for (auto entry = after.sleeps.begin(); entry != after.sleeps.end(); ++entry)
+        if (entry.key() != qt_own)
+            own += entry.value() - before.sleeps.value(entry.key());
+
+    Table table({"20 speakers shown", "seconds", "threads", "wakeups of its own",
+                 "wakeups of Qt's network watch", "ms of processor", "share of a processor"});
+    const qint64 cpu_us = after.cpu_us - before.cpu_us;
+    table.add_row({"nothing happens", whole(seconds), whole(after.threads), whole(own),
+                   whole(after.sleeps.value(qt_own) - before.sleeps.value(qt_own)), in_ms(cpu_us),
+                   QString::number(static_cast<double>(cpu_us) / seconds / 1e4, 'f', 2) + " %"});
+    table.print();
+    return 0;
+}

@@ -156,7 +156,7 @@ QString Client_Update::host_file_url() const
     return url_edit->text() + model_code(speaker_type()) + "_host.hex";
 }
 
-void Client_Update::radioClicked(bool checked)
+void Client_Update::radioClicked(bool)
 {
     enable(flash_button, false);
 }

@@ -73,12 +73,12 @@ void Web_File::download(QString url)
 
 // Nothing is released yet: the reply learns of its end in a further event, and deleted before it would never
 // finish.
-void Web_File::error(QNetworkReply::NetworkError err)
+void Web_File::error(QNetworkReply::NetworkError)
 {
     emit downloadFileError(url);
 }
 
-void Web_File::updateProgress(qlonglong read, qlonglong total) {}
+void Web_File::updateProgress(qlonglong, qlonglong) {}
 
 void Web_File::finished()
 {

@@ -12,7 +12,7 @@
 namespace
 {
 // Bytes. A speaker's longest reply is far shorter. One of this size is parsed before a user notices.
-constexpr qint64 reply_max = 1024 * 1024;
+constexpr qint64 reply_max = 1024LL * 1024;
 
 // Qt's HTTP threads make this type known when the first of them needs it, and two that do so at the same time
 // let Qt complain on standard error. Known beforehand, it is left alone.

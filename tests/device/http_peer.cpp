@@ -16,6 +16,14 @@ Http_Peer::Http_Peer(const QHostAddress &address)
     });
 }
 
+QList<QByteArray> Http_Peer::Request::header_names() const
+{
+    QList<QByteArray> names;
+    for (const QByteArray &header : headers)
+        names += header.left(header.indexOf(':'));
+    return names;
+}
+
 void Http_Peer::point_at_me(Device_Desc &record) const
 {
     record.set_ip(serverAddress().toString());

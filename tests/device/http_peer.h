@@ -24,6 +24,8 @@ public:
         QList<QByteArray> headers;
         QByteArray body;
         QPointer<QTcpSocket> link;
+
+        QList<QByteArray> header_names() const;
     };
 
     explicit Http_Peer(const QHostAddress &address);
@@ -42,3 +44,7 @@ private:
 };
 
 QByteArray http_answer(const QByteArray &body, const QByteArray &status = "200 OK");
+
+// Of a request to which the program adds none of its own.
+inline const QList<QByteArray> headers_of_qt = {"Host", "Connection", "Accept-Encoding", "Accept-Language",
+                                                "User-Agent"};

@@ -4,6 +4,7 @@
 #include <QTabWidget>
 #include <QTest>
 #include <QTreeWidget>
+#include <memory>
 
 #include "app/client.h"
 #include "app/globals.h"
@@ -15,6 +16,7 @@
 #include "tests/overview/overview_shows.h"
 #include "tests/overview/overview_world.h"
 #include "tests/overview/paint_log.h"
+#include "update/client_update.h"
 
 namespace
 {
@@ -48,6 +50,7 @@ private slots:
     void click_on_the_group_row_enables_the_buttons();
     void click_paints_the_buttons_at_once();
     void dialog_buttons_do_nothing_while_no_row_is_selected();
+    void update_button_opens_a_dialog_for_whatever_row_is_selected();
 };
 
 void tst_client_overview_clicks::redraw_loses_the_selection_and_keeps_the_buttons()
@@ -264,6 +267,31 @@ void tst_client_overview_clicks::dialog_buttons_do_nothing_while_no_row_is_selec
     QVERIFY(!wlans_dialog);
     QCOMPARE(QApplication::topLevelWidgets().size(), windows);
     QCOMPARE(world.log.texts(), QStringList());
+}
+
+void tst_client_overview_clicks::update_button_opens_a_dialog_for_whatever_row_is_selected()
+{
+    Overview_World world;
+    world.open_and_show();
+    sender_device = world.add_record("Kitchen", control_of_type(255));
+    sender_device->groupname = "Party";
+    world.add_record("Hall", nullptr);
+    overview->update_tree_widget();
+    QTreeWidgetItem *group = Overview_World::row(0);
+    for (QTreeWidgetItem *row : {group, group->child(0), Overview_World::row(1)}) {
+        client->tabs->setCurrentIndex(0);
+        overview->tree->scrollToItem(row);
+        Overview_World::click(row);
+        client->tabs->setCurrentIndex(0);
+        QTest::mouseClick(overview->update_button, Qt::LeftButton);
+        const std::unique_ptr<Client_Update> dialog(update_dialog);
+        update_dialog = nullptr;
+        QVERIFY2(dialog, qPrintable(row->text(name)));
+        QVERIFY(dialog->isVisible());
+        QVERIFY(!dialog->isModal());
+        QVERIFY(!dialog->parent());
+        QCOMPARE(dialog->device.data(), row->data(0, Qt::UserRole).value<Device_Desc *>());
+    }
 }
 
 QTEST_MAIN(tst_client_overview_clicks)

@@ -23,6 +23,7 @@ private slots:
     void queued_changes_go_out_before_flash_mode();
     void the_part_that_is_sent_shows_as_progress();
     void every_line_is_logged_with_its_part();
+    void a_line_has_gone_out_when_the_bar_moves();
     void the_last_of_several_lines_passes_through_100();
     void one_line_shows_0_until_the_end();
     void lines_are_10_ms_apart_and_the_last_one_ends_at_once();
@@ -172,6 +173,19 @@ void tst_client_update_host::every_line_is_logged_with_its_part()
                           "Client_Update::flashLineTimer() HEX  1   33.3333 %  \"\"",
                           "Client_Update::flashLineTimer() HEX  2   66.6667 %  \":30\"",
                           "Client_Update::flashLineTimer() HEX  3   100 %  \":40\""}));
+}
+
+void tst_client_update_host::a_line_has_gone_out_when_the_bar_moves()
+{
+    world->open(":10\n:20\n:30\n");
+    world->dialog->progress_bar->setValue(77);
+    QList<Lines> sent;
+    connect(world->dialog->progress_bar, &QProgressBar::valueChanged, this,
+            [&] { sent += world->speaker.host_lines().mid(1); });
+    Box_Reader box;
+    world->dialog->flash_button->click();
+    QTRY_VERIFY(box.met());
+    QCOMPARE(sent, (QList<Lines>{{":10\r\n"}, {":10\r\n", ":20\r\n"}, {":10\r\n", ":20\r\n", ":30\r\n"}}));
 }
 
 void tst_client_update_host::the_last_of_several_lines_passes_through_100()

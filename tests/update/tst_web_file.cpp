@@ -138,6 +138,7 @@ void tst_web_file::the_request_is_a_plain_head()
     QTRY_COMPARE(request.told.size(), 1);
     QCOMPARE(peer->requests.size(), 1);
     QCOMPARE(peer->requests.first().line, QByteArray("HEAD /current/ventaro.swu HTTP/1.1"));
+    QCOMPARE(peer->requests.first().header_names(), headers_of_qt);
     QCOMPARE(peer->requests.first().body, QByteArray());
     QCOMPARE(lookups, 0);
 }

@@ -190,6 +190,7 @@ void tst_web_file_download::the_request_is_a_plain_get()
     QTRY_VERIFY(download.over());
     QCOMPARE(peer->requests.size(), 1);
     QCOMPARE(peer->requests.first().line, QByteArray("GET /current/vc3w_host.hex HTTP/1.1"));
+    QCOMPARE(peer->requests.first().header_names(), headers_of_qt);
     QCOMPARE(peer->requests.first().body, QByteArray());
 }
 

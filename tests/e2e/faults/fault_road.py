@@ -4,9 +4,13 @@
 Beside what every road test asserts of a program (see road.py), its window must answer all the while: a timer of 50 ms
 of its GUI thread is never late by more than LATE_MS, whatever the speakers, the network and the daemon do. Where the
 program means to hold its window up, a test says so with held_up().
+
+The time for which the GUI thread waits for a processor is left out. On a machine with more work than processors the
+program's other threads wait too, and the GUI thread now and then for one of them: there it may be late by as much more.
 """
 
 import contextlib
+import os
 import pathlib
 import re
 import sys
@@ -47,7 +51,8 @@ class Fault_Test(road.Road_Test):
 
     def answers(self, program):
         """The window answers, and did all the time since the last look."""
-        self.assertLess(program.probe.ask("lateness")["worst"], LATE_MS)
+        overload = max(1, os.getloadavg()[0] / os.cpu_count())
+        self.assertLess(program.probe.ask("lateness")["worst"], LATE_MS * overload)
 
     @contextlib.contextmanager
     def held_up(self, program):

@@ -19,22 +19,13 @@
 #include "settings/banner.h"
 #include "settings/info_box.h"
 #include "settings/rzpixmaplabel.h"
+#include "settings/tab_kit.h"
 
 namespace
 {
 bool is_phone()
 {
     return plattform->device_class == DEVICE_PHONE;
-}
-
-// What a speaker or its surroundings told stands as it is, also where it looks like markup. A long value is
-// cut at its right end: it must not push the buttons off a small screen.
-QLabel *value_label(const QString &value)
-{
-    auto *label = new QLabel(value);
-    label->setTextFormat(Qt::PlainText);
-    label->setMinimumWidth(1);
-    return label;
 }
 
 void add_row(QGridLayout *grid, int row, const QString &caption, QWidget *widget, int span)
@@ -72,7 +63,7 @@ void Client_Conf::make_widgets()
     name_edit = new QLineEdit(device->name, this);
     passwd_edit = new QLineEdit(this);
     passwd_edit->setEchoMode(QLineEdit::Password);
-    ip_label = value_label(device->ip); // without the mode: meant
+    ip_label = make_value_label(device->ip); // without the mode: meant
     hint_label = new QLabel(is_phone() ? tr("SAVE will reboot\nyour Speakers!")
                                        : tr("Clicking on SAVE will reboot your\nVIRELO Air-Speakers!"),
                             this);
@@ -89,14 +80,14 @@ void Client_Conf::place_widgets()
     const int columns = 1 + span;
     auto *grid = new QGridLayout;
     grid->addWidget(make_banner("Deko_WLAN"), 0, 0, 1, columns);
-    add_row(grid, 1, tr("Model:"), value_label(device->model), span);
+    add_row(grid, 1, tr("Model:"), make_value_label(device->model), span);
     add_row(grid, 2, tr("Name:"), name_edit, span);
-    add_row(grid, 3, tr("WLAN:"), value_label(device->ssid), span);
+    add_row(grid, 3, tr("WLAN:"), make_value_label(device->ssid), span);
     add_row(grid, 4, tr("Passwd:"), passwd_edit, span);
     add_row(grid, 6, tr("IP Addr:"), ip_label, 1);
     grid->addWidget(dhcp_button, 7, 1);
-    add_row(grid, 8, tr("MAC:"), value_label(device->mac), span);
-    add_row(grid, 9, tr("Vers:"), value_label(device->firmware), span);
+    add_row(grid, 8, tr("MAC:"), make_value_label(device->mac), span);
+    add_row(grid, 9, tr("Vers:"), make_value_label(device->firmware), span);
     grid->addWidget(hint_label, 10, 0, 1, columns);
     grid->addWidget(back_button, 11, is_phone() ? 0 : 2);
     grid->addWidget(save_button, 11, is_phone() ? 1 : 3);

@@ -47,6 +47,14 @@ void add_spacer(QGridLayout *grid, int row, const QString &text)
     grid->addWidget(new QLabel(text), row, 0);
 }
 
+QLabel *make_value_label(const QString &value)
+{
+    auto *label = new QLabel(value);
+    label->setTextFormat(Qt::PlainText);
+    label->setMinimumWidth(1);
+    return label;
+}
+
 RZSlider *make_slider(int minimum, int maximum, int tick_interval)
 {
     auto *slider = new RZSlider(Qt::Horizontal, nullptr);

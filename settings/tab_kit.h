@@ -14,8 +14,8 @@ class QWidget;
 class RZSlider;
 class Virelos;
 
-// What the settings tabs build alike. The widgets are new and have no parent: the layout gives them one. GUI
-// thread only.
+// What the settings tabs and the dialogs build alike. The widgets are new and have no parent: the layout
+// gives them one. GUI thread only.
 
 // "<b>NAME</b> (MODEL)" of the speaker.
 QString speaker_title(const Virelos *speaker);
@@ -26,6 +26,10 @@ int letter_index(std::string_view letters, char letter);
 
 void add_caption(QGridLayout *grid, int row, const QString &text); // right-aligned in column 0
 void add_spacer(QGridLayout *grid, int row, const QString &text);  // a label alone in its row
+
+// What a speaker or its surroundings told stands as it is, also where it looks like markup. A long value is
+// cut at its right end: it must not push the buttons off a small screen.
+QLabel *make_value_label(const QString &value);
 
 RZSlider *make_slider(int minimum, int maximum, int tick_interval); // horizontal, steps of 1 and 10
 QDial *make_volume_dial();                                          // endless, see dial_step

@@ -114,9 +114,7 @@ void Client_Update::place_widgets()
     add_caption(grid, 1, tr("Speaker:"));
     grid->addWidget(new QLabel("<b>" + model_name(speaker_type()) + "</b> (" + name + ")"), 1, 1, 1, 3);
     add_caption(grid, 2, tr("Version:"));
-    auto *version = new QLabel(device->firmware);
-    version->setTextFormat(Qt::PlainText); // a speaker tells it: it stands as it is
-    grid->addWidget(version, 2, 1, 1, 2);
+    grid->addWidget(make_value_label(device->firmware), 2, 1, 1, 2);
     add_caption(grid, 3, tr("Update:"));
     grid->addWidget(wifi_radio, 3, 1);
     grid->addWidget(host_radio, 3, 2);

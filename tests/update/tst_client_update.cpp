@@ -70,6 +70,7 @@ private slots:
     void the_speaker_is_shown_by_model_and_name_data();
     void the_speaker_is_shown_by_model_and_name();
     void the_version_is_shown_as_the_speaker_tells_it();
+    void a_long_version_leaves_the_window_its_size();
     void controls_start_with_their_texts_and_values();
     void it_starts_unchecked();
     void back_closes_without_deleting();
@@ -198,6 +199,17 @@ void tst_client_update::the_version_is_shown_as_the_speaker_tells_it()
     QLabel *label = label_at(grid_of(*world.dialog), 2, 1);
     QCOMPARE(label->text(), QString("1.4.2 <beta>"));
     QCOMPARE(label->textFormat(), Qt::PlainText);
+}
+
+void tst_client_update::a_long_version_leaves_the_window_its_size()
+{
+    plattform->device_class = DEVICE_PHONE;
+    Update_World world;
+    world.open();
+    const int narrowest = world.dialog->minimumSizeHint().width();
+    world.record->firmware = QString(1000, 'W');
+    world.open();
+    QCOMPARE(world.dialog->minimumSizeHint().width(), narrowest);
 }
 
 void tst_client_update::controls_start_with_their_texts_and_values()

@@ -21,8 +21,8 @@ class Virelos;
 //
 // GUI thread only: the transfer to the host freezes the window for up to some seconds a line, and for five
 // seconds before the first, which is meant. Not deleted when it closes; a transfer or a poll goes on then. It
-// may outlive the record: then a transfer goes on, and nothing new is asked. A failure shows in the status
-// text at most.
+// may outlive the record: then a transfer goes on, and nothing new is asked. A failed check is told in a box;
+// of any other failure the status text tells at most.
 class Client_Update : public QDialog
 {
     Q_OBJECT

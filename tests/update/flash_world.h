@@ -6,7 +6,6 @@
 #include <QTemporaryDir>
 
 #include "control/virelo_air.h"
-#include "simulator/download_server.h"
 #include "tests/control/control_fixture.h"
 #include "tests/update/update_world.h"
 
@@ -53,14 +52,6 @@ public:
         Box_Reader box;
         dialog->flash_button->click();
         QTRY_VERIFY(box.met());
-    }
-
-    QStringList fetched() const
-    {
-        QStringList paths;
-        for (const Http_Request &request : server.requests())
-            paths += QString::fromLatin1(request.method + ' ' + request.path);
-        return paths;
     }
 
     // What came behind the command for the flash mode.

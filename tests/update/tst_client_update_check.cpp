@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/globals.h"
 #include "app/rzplattform.h"
-#include "simulator/download_server.h"
 #include "tests/overview/paint_log.h"
 #include "tests/settings/marking_translator.h"
 #include "tests/update/update_world.h"
@@ -32,7 +31,6 @@ private slots:
 
 private:
     void check_and_wait();
-    QStringList asked_for() const;
 
     std::unique_ptr<Log_Capture> log;
     std::unique_ptr<Download_Server> server;
@@ -68,14 +66,6 @@ void tst_client_update_check::check_and_wait()
     QTRY_COMPARE(world->enabled(), checked);
 }
 
-QStringList tst_client_update_check::asked_for() const
-{
-    QStringList paths;
-    for (const Http_Request &request : server->requests())
-        paths += QString::fromLatin1(request.method + ' ' + request.path);
-    return paths;
-}
-
 void tst_client_update_check::the_file_follows_path_and_type_data()
 {
     QTest::addColumn<int>("type");
@@ -104,7 +94,7 @@ void tst_client_update_check::the_file_follows_path_and_type()
     if (host)
         world->dialog->host_radio->click();
     check_and_wait();
-    QCOMPARE(asked_for(), QStringList{"HEAD /current/" + file});
+    QCOMPARE(asked_for(*server), QStringList{"HEAD /current/" + file});
     QCOMPARE(world->dialog->file_size, server->file(file).size());
 }
 
@@ -116,7 +106,7 @@ void tst_client_update_check::the_url_is_logged_and_nothing_stands_between_folde
     const QString url = server->url().chopped(1) + "ventaro.swu";
     QCOMPARE(log->debug_lines().last(), "checkFile()!  \"" + url + "\"");
     QTRY_VERIFY(box.met());
-    QCOMPARE(asked_for(), QStringList{"HEAD /currentventaro.swu"});
+    QCOMPARE(asked_for(*server), QStringList{"HEAD /currentventaro.swu"});
     QTRY_COMPARE(world->dialog->file_size, -1);
 }
 
@@ -214,7 +204,7 @@ void tst_client_update_check::each_check_is_a_job_of_its_own()
     check_and_wait();
     world->dialog->host_radio->click();
     check_and_wait();
-    QCOMPARE(asked_for(), (QStringList{"HEAD /current/ventaro.swu", "HEAD /current/vc3w_host.hex"}));
+    QCOMPARE(asked_for(*server), (QStringList{"HEAD /current/ventaro.swu", "HEAD /current/vc3w_host.hex"}));
     QCOMPARE(world->dialog->file_size, server->file("vc3w_host.hex").size());
 }
 
@@ -234,7 +224,7 @@ void tst_client_update_check::nothing_happens_once_the_record_is_gone()
     QCOMPARE(world->enabled(), checked);
     QCOMPARE(log->debug_lines(), QStringList());
     QVERIFY(world->dialog->findChildren<QNetworkAccessManager *>().isEmpty());
-    QCOMPARE(asked_for(), QStringList());
+    QCOMPARE(asked_for(*server), QStringList());
 }
 
 void tst_client_update_check::a_size_that_comes_after_the_record_is_gone_is_shown()

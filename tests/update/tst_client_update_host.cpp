@@ -87,7 +87,7 @@ void tst_client_update_host::the_file_is_the_one_of_the_type()
     world->control->type = 42;
     world->server.set_file("vs12.3w_host.hex", ":42\n");
     world->flash(":13\n");
-    QCOMPARE(world->fetched(), QStringList{"GET /current/vs12.3w_host.hex"});
+    QCOMPARE(asked_for(world->server), QStringList{"GET /current/vs12.3w_host.hex"});
     QCOMPARE(world->sent(), QByteArray(":42\r\n"));
 }
 

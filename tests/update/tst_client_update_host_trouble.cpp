@@ -120,7 +120,7 @@ void tst_client_update_host_trouble::a_second_flash_while_lines_go_out_does_noth
     Box_Reader box;
     world->dialog->flash_button->click();
     QTRY_VERIFY(box.met());
-    QCOMPARE(world->fetched(), QStringList{"GET /current/vc3w_host.hex"});
+    QCOMPARE(asked_for(world->server), QStringList{"GET /current/vc3w_host.hex"});
     QCOMPARE(world->sent(), numbered_lines(4));
     QCOMPARE(long_sleeps::taken(), QList<qint64>{5000});
 }
@@ -211,7 +211,7 @@ void tst_client_update_host_trouble::lines_go_on_when_the_record_goes()
     QCOMPARE(world->dialog->progress_bar->value(), 100);
 
     world->dialog->flash_button->click();
-    QCOMPARE(world->fetched().size(), 1);
+    QCOMPARE(asked_for(world->server).size(), 1);
 }
 
 void tst_client_update_host_trouble::a_record_that_goes_during_the_download_is_left_alone()
@@ -233,7 +233,7 @@ void tst_client_update_host_trouble::without_control_nothing_is_sent()
     world->open(numbered_lines(4));
     world->dialog->flash_button->click();
     QTRY_COMPARE(world->logged("HOST Firmware").size(), 1);
-    QCOMPARE(world->fetched(), QStringList{"GET /current/xxx_host.hex"});
+    QCOMPARE(asked_for(world->server), QStringList{"GET /current/xxx_host.hex"});
     QVERIFY(!world->dialog->flash_file);
     QCOMPARE(long_sleeps::taken(), QList<qint64>());
 }

@@ -11,6 +11,7 @@
 
 #include "control/virelo_unknown.h"
 #include "device/device_desc.h"
+#include "simulator/download_server.h"
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
 #include "tests/fakes/log_capture.h"
@@ -65,3 +66,12 @@ inline const QStringList unchecked = {"check", "back"};
 inline const QStringList checked = {"check", "flash", "back"};
 inline const QStringList done = {"back"};
 inline const QStringList stuck = {};
+
+// "METHOD PATH" of each request, in order.
+inline QStringList asked_for(const Download_Server &server)
+{
+    QStringList requests;
+    for (const Http_Request &request : server.requests())
+        requests += QString::fromLatin1(request.method + ' ' + request.path);
+    return requests;
+}

@@ -46,12 +46,14 @@ private slots:
     void english_catalogue_has_34_messages();
     void english_catalogue_changes_back_next_prompt_and_one_header_only();
     void english_quit_stands_alone_in_the_air_and_group_tabs();
+    void english_key_is_a_german_key_but_for_quit_in_the_air_tab();
 
     void locale_finds_its_catalogue_data();
     void locale_finds_its_catalogue();
     void german_locale_shows_german();
     void british_locale_shows_a_short_back_data();
     void british_locale_shows_a_short_back();
+    void british_locale_shows_short_texts_of_the_networks();
     void french_locale_shows_the_source_texts();
     void german_leaves_unknown_keys_as_they_are();
 };
@@ -204,6 +206,16 @@ void tst_catalogues::english_quit_stands_alone_in_the_air_and_group_tabs()
     QCOMPARE(english.keys("Client_Settings_Group"), QList<QByteArray>{"Quit"});
 }
 
+void tst_catalogues::english_key_is_a_german_key_but_for_quit_in_the_air_tab()
+{
+    // A key under a wrong context, or with a wrong blank, would never be asked for.
+    for (const Message_Key &key : compiled("en").messages.keys()) {
+        const bool german = german_keys.value(key.first).contains(key.second);
+        QVERIFY2(german != (key == Message_Key("Client_Settings_Air", "Quit")),
+                 key.first + ": " + key.second);
+    }
+}
+
 void tst_catalogues::locale_finds_its_catalogue_data()
 {
     QTest::addColumn<QString>("catalogue");
@@ -248,6 +260,16 @@ void tst_catalogues::british_locale_shows_a_short_back()
     QTranslator translator;
     QVERIFY(load_as_at_start(translator, "en_GB"));
     QCOMPARE(translator.translate(context, "<< Back"), QStringLiteral("< Back"));
+}
+
+void tst_catalogues::british_locale_shows_short_texts_of_the_networks()
+{
+    QTranslator translator;
+    QVERIFY(load_as_at_start(translator, "en_GB"));
+    QCOMPARE(translator.translate("Client_WLANs", "Next >>"), QStringLiteral("Next >"));
+    QCOMPARE(translator.translate("Client_WLANs", "Please select your private WLAN\n  "),
+             QStringLiteral("Please select your private WLAN"));
+    QCOMPARE(translator.translate("Client_WLANs", "WiFi Name"), QStringLiteral("WLAN Name"));
 }
 
 void tst_catalogues::french_locale_shows_the_source_texts()

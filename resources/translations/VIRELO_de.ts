@@ -657,7 +657,7 @@ Lautsprecher neu!</translation>
   </message>
   <message>
     <source>Download finished!</source>
-    <translation>Download beendet!</translation>
+    <translation>Download abgeschlossen!</translation>
   </message>
   <message>
     <source>Downloading...</source>
@@ -701,7 +701,7 @@ Lautsprecher neu!</translation>
   </message>
   <message>
     <source>Other Error :-(</source>
-    <translation>Anderer Fehler :-(</translation>
+    <translation>Sonstiger Fehler :-(</translation>
   </message>
   <message>
     <source>Progress:</source>

@@ -217,11 +217,11 @@ void tst_client_settings_air::the_banner_is_the_wide_one_above_2000_pixels()
     const Client_Settings_Air narrow(nullptr, &air, nullptr);
     plattform->desktop_width = 2001;
     const Client_Settings_Air wide(nullptr, &air, nullptr);
-    const auto size = [](const Client_Settings_Air &tab) {
-        return qobject_cast<RZPixmapLabel *>(label_at(tab.grid, 0, 0))->source_pixmap.size();
+    const auto picture = [](const Client_Settings_Air &tab) {
+        return qobject_cast<RZPixmapLabel *>(label_at(tab.grid, 0, 0))->source_pixmap.toImage();
     };
-    QCOMPARE(size(narrow), QSize(640, 219));
-    QCOMPARE(size(wide), QSize(2048, 701));
+    QCOMPARE(picture(narrow), QPixmap(":/GRAFX/Deko_Air_640.png").toImage());
+    QCOMPARE(picture(wide), QPixmap(":/GRAFX/Deko_Air_2k.png").toImage());
 }
 
 void tst_client_settings_air::the_slider_is_set_up_for_a_volume()

@@ -32,7 +32,8 @@ void tst_client_settings_empty::shows_a_banner_and_below_it_that_the_type_is_unk
     QCOMPARE(tab.grid->count(), 2);
 
     QLabel *banner = label_at(tab.grid, 0, 0);
-    QCOMPARE(qobject_cast<RZPixmapLabel *>(banner)->source_pixmap.size(), QSize(640, 219));
+    QCOMPARE(qobject_cast<RZPixmapLabel *>(banner)->source_pixmap.toImage(),
+             QPixmap(":/GRAFX/Deko_Sub_640.png").toImage());
     QCOMPARE(place_of(tab.grid, banner), (QList<int>{0, 0, 1, 1}));
 
     QLabel *text = label_at(tab.grid, 1, 0);
@@ -45,7 +46,8 @@ void tst_client_settings_empty::the_banner_is_the_wide_one_above_2000_pixels()
 {
     plattform->desktop_width = 2001;
     const Client_Settings_Empty tab(nullptr, nullptr);
-    QCOMPARE(qobject_cast<RZPixmapLabel *>(label_at(tab.grid, 0, 0))->source_pixmap.size(), QSize(2048, 701));
+    QCOMPARE(qobject_cast<RZPixmapLabel *>(label_at(tab.grid, 0, 0))->source_pixmap.toImage(),
+             QPixmap(":/GRAFX/Deko_Sub_2k.png").toImage());
 }
 
 void tst_client_settings_empty::the_text_is_translated_in_the_context_of_the_class()

@@ -8,6 +8,9 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QNetworkSession>
+#include <QPointer>
+#include <QQueue>
+#include <QTimer>
 
 namespace
 {
@@ -23,6 +26,42 @@ void make_session_type_known()
     static const int type = qRegisterMetaType<QSharedPointer<QNetworkSession>>();
     QT_WARNING_POP
     Q_UNUSED(type)
+}
+
+// Frees managers that are done, one in each pass of the event loop. Each waits for its HTTP thread to end:
+// with a house full of speakers hundreds are done at once, and the window would not answer until all had
+// waited. A manager that its owner has freed meanwhile is passed over.
+class Manager_Disposal
+{
+public:
+    Manager_Disposal()
+    {
+        QObject::connect(&timer, &QTimer::timeout, &timer, [this] { free_next(); });
+    }
+
+    void take(QNetworkAccessManager *manager)
+    {
+        managers.enqueue(manager);
+        timer.start(0);
+    }
+
+private:
+    void free_next()
+    {
+        delete managers.dequeue().data();
+        if (managers.isEmpty())
+            timer.stop();
+    }
+
+    QQueue<QPointer<QNetworkAccessManager>> managers;
+    QTimer timer;
+};
+
+// Never freed: the last managers may be done at any time before the process ends.
+Manager_Disposal &disposal()
+{
+    static auto *const the_disposal = new Manager_Disposal;
+    return *the_disposal;
 }
 
 // What is dropped leaves the rest no document. The reply is not aborted: it ends when the speaker ends it, as
@@ -51,10 +90,8 @@ QNetworkAccessManager *post_json(QObject *owner, const QString &url, const QStri
 
     QObject::connect(manager, SIGNAL(finished(QNetworkReply *)), owner, slot);
     // Runs behind the slot. A manager keeps a thread from its first request to its end.
-    QObject::connect(manager, &QNetworkAccessManager::finished, manager, [manager](QNetworkReply *reply) {
-        reply->deleteLater();
-        manager->deleteLater();
-    });
+    QObject::connect(manager, &QNetworkAccessManager::finished, manager,
+                     [manager] { disposal().take(manager); });
     drop_endless(manager->post(request, body.toUtf8()));
     return manager;
 }

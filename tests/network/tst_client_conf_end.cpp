@@ -340,6 +340,7 @@ void tst_client_conf_end::all_dialogs_of_one_record_survive_its_end()
     QCOMPARE(run_program(), 0);
     QVERIFY(user.met());
     check_that_all_is_over();
+    QTRY_VERIFY(idle(dialog)); // what is done with is freed
 
     QTest::mouseClick(wlans_dialog->next_button, Qt::LeftButton);
     QTest::mouseClick(conf_statip_dialog->save_button, Qt::LeftButton);

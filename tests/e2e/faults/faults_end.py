@@ -123,14 +123,17 @@ class End_Test(fault_road.Fault_Test):
             for number in range(FLASHING):
                 with self.subTest(number=number), self.watched() as program:
                     road.await_condition(lambda: len(program.rows()) == len(KINDS), lambda: program.screen())
+                    program.mark()  # no redraw takes the selection away any more
                     self.answers(program)
                     start = speakers.output.count()
                     Dialog(program).start_host(size)
                     speakers.await_event(NAME, "<- RZ!FL", start)
                     time.sleep(self.random.uniform(0, 5 + lines * 0.03))
                     self.close(program, number)
+                start = speakers.output.count()
                 speakers.do("leave", NAME)  # else it would go on waiting for lines
                 speakers.do("join", NAME)
+                speakers.output.await_line(f'announced "{NAME}"', start)
 
 
 SEED = int(sys.argv.pop())

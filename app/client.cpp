@@ -5,6 +5,7 @@
 #include <QDebug>
 #include <QResizeEvent>
 #include <QSettings>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
 
@@ -23,6 +24,8 @@ Client::Client(QWidget *parent)
     setWindowTitle(tr("VIRELOv2 App"));
 
     tabs = new QTabWidget;
+    tabs->setAccessibleName(windowTitle());
+    tabs->tabBar()->setAccessibleName(windowTitle());
     auto *layout = new QVBoxLayout;
     layout->addWidget(tabs);
     setLayout(layout);

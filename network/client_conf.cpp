@@ -20,6 +20,7 @@
 #include "settings/info_box.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 
 namespace
 {
@@ -30,7 +31,7 @@ bool is_phone()
 
 void add_row(QGridLayout *grid, int row, const QString &caption, QWidget *widget, int span)
 {
-    grid->addWidget(new QLabel(caption), row, 0);
+    add_caption(grid, row, caption, widget, {});
     grid->addWidget(widget, row, 1, 1, span);
 }
 
@@ -92,6 +93,7 @@ void Client_Conf::place_widgets()
     grid->addWidget(back_button, 11, is_phone() ? 0 : 2);
     grid->addWidget(save_button, 11, is_phone() ? 1 : 3);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Conf::connect_widgets()

@@ -14,6 +14,8 @@
 #include "device/device_desc.h"
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
+#include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 
 Client_Conf_StatIP::Client_Conf_StatIP(Device_Desc *device, QWidget *parent)
     : QDialog(parent)
@@ -75,7 +77,7 @@ void Client_Conf_StatIP::place_widgets()
     auto *grid = new QGridLayout;
     grid->addWidget(make_banner("Deko_WLAN"), 0, 0, 1, 4);
     for (const auto &entry : rows) {
-        grid->addWidget(new QLabel(entry.caption), entry.row, 0);
+        add_caption(grid, entry.row, entry.caption, entry.input, {});
         if (entry.input)
             grid->addWidget(entry.input, entry.row, 1, 1, 3);
     }
@@ -83,6 +85,7 @@ void Client_Conf_StatIP::place_widgets()
     grid->addWidget(back_button, 10, 2);
     grid->addWidget(save_button, 10, 3);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Conf_StatIP::set_edits_enabled(bool enabled)

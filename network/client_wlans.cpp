@@ -8,7 +8,6 @@
 #include <QJsonValue>
 #include <QLabel>
 #include <QPushButton>
-#include <QTreeWidget>
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
@@ -18,6 +17,8 @@
 #include "settings/banner.h"
 #include "settings/info_box.h"
 #include "settings/rzpixmaplabel.h"
+#include "settings/rztreewidget.h"
+#include "settings/tab_order.h"
 
 namespace
 {
@@ -37,6 +38,7 @@ Client_WLANs::Client_WLANs(Device_Desc *device, QWidget *parent)
     connect(next_button, &QPushButton::clicked, this, &Client_WLANs::setSSID);
     connect(back_button, &QPushButton::clicked, this, &Client_WLANs::close);
     setWindowTitle(tr("Select WLAN"));
+    tree->setAccessibleName(windowTitle()); // the hint under it says the same in more words
     tree->setFocus(Qt::OtherFocusReason);
 
     post_json(this, device->configure_url, R"({"action": "wifiscan"})", "text/plain",
@@ -45,7 +47,7 @@ Client_WLANs::Client_WLANs(Device_Desc *device, QWidget *parent)
 
 void Client_WLANs::make_tree()
 {
-    tree = new QTreeWidget(this);
+    tree = new RZTreeWidget(this);
     tree->setHeaderLabels({tr("WiFi Name"), tr("Signal")});
 
     // Products of 32-bit floats, cut.
@@ -84,6 +86,7 @@ void Client_WLANs::place_widgets()
     grid->addWidget(back_button, phone ? 4 : 6, phone ? 0 : 2);
     grid->addWidget(next_button, phone ? 4 : 6, phone ? 1 : 3);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_WLANs::replyFinished(QNetworkReply *reply)

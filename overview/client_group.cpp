@@ -6,7 +6,6 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QPushButton>
-#include <QTreeWidget>
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
@@ -16,6 +15,8 @@
 #include "settings/banner.h"
 #include "settings/info_box.h"
 #include "settings/rzpixmaplabel.h"
+#include "settings/rztreewidget.h"
+#include "settings/tab_order.h"
 
 namespace
 {
@@ -57,8 +58,12 @@ Client_Group::Client_Group(Device_Desc *device, QWidget *parent)
 
 void Client_Group::make_widgets()
 {
-    tree = new QTreeWidget(this);
-    tree->setHeaderLabels({tr("Other Air Speakers:"), tr("Status")});
+    auto *rows = new RZTreeWidget(this);
+    connect(rows, &RZTreeWidget::rowSelected, this, &Client_Group::item_clicked);
+    tree = rows;
+    const QString speakers = tr("Other Air Speakers:");
+    tree->setHeaderLabels({speakers, tr("Status")});
+    tree->setAccessibleName(speakers);
     tree->setColumnWidth(column_name, plattform->window_width / 2);
 
     master_label = new QLabel(tr("-"), this);
@@ -91,6 +96,7 @@ void Client_Group::place_widgets()
     grid->addWidget(remove_button, 4, 3);
     grid->addWidget(back_button, 5, 0);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Group::show_group_state()

@@ -7,7 +7,6 @@
 #include <QLoggingCategory>
 #include <QPushButton>
 #include <QSettings>
-#include <QTreeWidget>
 #include <algorithm>
 
 #include "app/client.h"
@@ -22,6 +21,8 @@
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzpushbutton.h"
+#include "settings/rztreewidget.h"
+#include "settings/tab_order.h"
 #include "update/client_update.h"
 
 namespace
@@ -92,14 +93,19 @@ void Client_Overview::make_tree()
     const float widths[column_count] = {std::max(100.0F, 100 * x), 200 * x, 200 * x, 150 * x};
     qDebug() << "Column sizes:" << widths[0] << widths[1] << widths[2] << widths[3];
 
-    tree = new QTreeWidget(this);
+    auto *rows = new RZTreeWidget(this);
+    rows->keys_open = true;
+    connect(rows, &RZTreeWidget::rowOpened, this, &Client_Overview::item_clicked);
+    tree = rows;
     tree->setIconSize(QSize(row_height, row_height));
     delegate.row_height = row_height;
     tree->setItemDelegate(&delegate);
     tree->setColumnCount(column_count);
     for (int column = 0; column < column_count; ++column)
         tree->setColumnWidth(column, static_cast<int>(widths[column]));
-    tree->setHeaderLabels({"", tr("Loudspeaker / Group"), tr("Status"), tr("Model")});
+    const QString speakers = tr("Loudspeaker / Group");
+    tree->setHeaderLabels({"", speakers, tr("Status"), tr("Model")});
+    tree->setAccessibleName(speakers);
     tree->setStyleSheet("QTreeWidget { font-size: " +
                         QString::number(tree->headerItem()->font(column_picture).pointSize() + 3) + "pt; }");
 }
@@ -146,6 +152,7 @@ void Client_Overview::place_widgets()
     grid->addWidget(wifi_button, 6, button_column);
     grid->addWidget(quit_button, 6, 0);
     setLayout(grid);
+    order_tabs(grid);
 
     // On a phone the busy sign shares its place with a button, and reaches over columns that hold nothing
     // else.
@@ -208,6 +215,7 @@ QTreeWidgetItem *Client_Overview::_make_tree_item(Device_Desc *device)
     auto *item = new QTreeWidgetItem;
     if (const char *path = picture_path(type))
         item->setIcon(column_picture, picture(path));
+    item->setData(column_picture, Qt::AccessibleTextRole, device->name); // a picture tells nothing by itself
     item->setText(column_name, device->name);
     item->setText(column_status, status_text(device));
     item->setText(column_model, model_name(type));
@@ -251,6 +259,7 @@ QTreeWidgetItem *Client_Overview::make_group_item()
 {
     const QString groupname = sender_device->groupname;
     auto *item = new QTreeWidgetItem;
+    item->setData(column_picture, Qt::AccessibleTextRole, groupname);
     item->setText(column_name, groupname);
     item->setText(column_status, tr("Is your Group"));
     // It joins no list and is never deleted: a tab may show it after the next redraw has made another one.

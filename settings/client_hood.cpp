@@ -17,6 +17,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 
 namespace
 {
@@ -45,6 +46,7 @@ Client_Hood::Client_Hood(Client *client, Device_Desc *device)
     connect(delay_slider, SIGNAL(sliderPressed()), this, SLOT(sliderPressed()));
     connect(debug_button, SIGNAL(toggled(bool)), this, SLOT(debugToggled(bool)));
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Hood::build_speaker()
@@ -65,8 +67,8 @@ void Client_Hood::build_debug()
 
 void Client_Hood::build_delay()
 {
-    add_caption(grid, 3, tr("Time Delay:"));
     delay_slider = make_slider(0, delay_max, 10);
+    add_caption(grid, 3, tr("Time Delay:"), delay_slider);
     delay_label =
         new QLabel(delay_text(0) + " (125msec)"); // a fixed reference that the first movement takes away
     grid->addWidget(delay_slider, 4, 0, 1, 2);

@@ -20,6 +20,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 #include "settings/volume_steps.h"
 
 namespace
@@ -113,6 +114,7 @@ Client_Settings_Air::Client_Settings_Air(Client *client, Virelo_Air *air, Device
     // Last, so that nothing set above is taken for a change by the user.
     connect_controls();
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Settings_Air::add_speaker_labels()
@@ -134,10 +136,13 @@ void Client_Settings_Air::build_volume()
     }
 
     // The slider is captioned so on every device class, and no catalogue has the text: meant.
-    add_caption(grid, 2, tr("SPDIF Vol:"));
+    const QString caption = tr("SPDIF Vol:");
     slider_last = air ? air->get_volume() : 0;
     vol_slider = make_slider(0, volume_max, 10);
     vol_slider->setValue(slider_last);
+    add_caption(grid, 2, caption, vol_slider);
+    if (vol_dial)
+        vol_dial->setAccessibleName(caption);
     grid->addWidget(vol_slider, 2, 1, 1, 2);
 
     vol_label = new QLabel;
@@ -149,8 +154,8 @@ void Client_Settings_Air::build_combos()
 {
     const Air_Layout &layout = air_layout();
     const auto add_row = [this](const Combo_Row &place, const QString &caption, const QStringList &entries) {
-        add_caption(grid, place.row, caption);
         QComboBox *combo = make_combo(entries);
+        add_caption(grid, place.row, caption, combo);
         grid->addWidget(combo, place.row, 1);
         if (place.spacer != none)
             add_spacer(grid, place.spacer, tr(" "));

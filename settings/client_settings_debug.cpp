@@ -12,8 +12,13 @@ Client_Settings_Debug::Client_Settings_Debug(Client *client)
     : Client_Settings(client, nullptr)
     , grid(new QGridLayout)
 {
-    grid->addWidget(new QLabel("<center>" + tr("Debugging output") + "</center>"), 0, 0, Qt::AlignCenter);
+    const QString title = tr("Debugging output");
+    auto *caption = new QLabel("<center>" + title + "</center>");
+    caption->setBuddy(debug_console);
+    grid->addWidget(caption, 0, 0, Qt::AlignCenter);
     grid->addWidget(debug_console, 1, 0);
+    debug_console->setAccessibleName(title); // the caption's text has markup
+    debug_console->setTabChangesFocus(true); // else the keyboard could not leave it
     setLayout(grid);
 
     debug_console->append("DEBUG CONSOLE WINDOW\n\n");

@@ -19,6 +19,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 #include "settings/volume_steps.h"
 
 Client_Settings_Group::Client_Settings_Group(Client *client, Virelo_Group *group)
@@ -35,6 +36,7 @@ Client_Settings_Group::Client_Settings_Group(Client *client, Virelo_Group *group
     // Last, so that nothing set above is taken for a change by the user.
     connect_controls(client);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Settings_Group::take_sender()
@@ -92,7 +94,11 @@ void Client_Settings_Group::build_volume()
     vol_slider = make_slider(0, volume_max, 10);
     quit_button = new QPushButton(tr("Quit"));
     mute_button = make_checkable(tr("Mute"));
-    vol_label = new QLabel(tr("Volume: 0 / 100"));
+    const QString volume = tr("Volume: 0 / 100");
+    vol_label = new QLabel(volume);
+    // Neither has a caption, and the read-out changes.
+    for (QWidget *control : {static_cast<QWidget *>(vol_dial), static_cast<QWidget *>(vol_slider)})
+        control->setAccessibleName(volume.section(':', 0, 0));
     grid->addWidget(vol_dial, 1, 3, 6, 3);
     grid->addWidget(vol_slider, 8, 3, 1, 3);
     grid->addWidget(quit_button, 9, 0);

@@ -17,6 +17,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 #include "settings/volume_steps.h"
 
 namespace
@@ -86,6 +87,7 @@ Client_Settings_Sub::Client_Settings_Sub(Client *client, Virelo_Sub *sub)
     // Last, so that nothing set above is taken for a change by the user.
     connect_controls();
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Settings_Sub::build_controls()
@@ -114,10 +116,10 @@ void Client_Settings_Sub::place_controls()
 {
     const Sub_Layout &layout = sub_layout();
     const int last = layout.last_column;
-    const auto add_row = [this](Item item, const QString &caption) {
+    const auto add_row = [this](Item item, const QString &caption, QWidget *control) {
         if (sub_layout().rows_per_item > 1)
             add_spacer(grid, row_of(item) - 1, tr(" "));
-        add_caption(grid, row_of(item), caption);
+        add_caption(grid, row_of(item), caption, control);
     };
     const auto add_slider = [this, last](Item item, RZSlider *slider, QLabel *read_out, int first_column) {
         grid->addWidget(slider, row_of(item), first_column, 1, last - first_column);
@@ -125,23 +127,25 @@ void Client_Settings_Sub::place_controls()
     };
 
     grid->addWidget(make_banner("Deko_Sub"), 0, 0, 1, last + 1);
-    add_row(speaker, tr("Speaker:"));
+    add_row(speaker, tr("Speaker:"), nullptr);
     grid->addWidget(speaker_label, row_of(speaker), 1, 1, 2);
     grid->addWidget(eq_button, row_of(speaker), last);
-    add_row(input, tr("Input:"));
+    add_row(input, tr("Input:"), input_combo);
     grid->addWidget(input_combo, row_of(input), 1);
-    add_row(volume, tr("Volume:"));
+    add_row(volume, tr("Volume:"), vol_slider);
     add_slider(volume, vol_slider, vol_label, 1);
-    add_row(frequency, tr("Frequency:"));
+    add_row(frequency, tr("Frequency:"), fg_slider);
     add_slider(frequency, fg_slider, fg_label, 1);
-    add_row(slope, tr("Slope:"));
+    add_row(slope, tr("Slope:"), slope_combo);
     grid->addWidget(slope_combo, row_of(slope), 1);
-    add_row(high_pass, tr("HighPass:"));
+    const QString high_pass_caption = tr("HighPass:");
+    add_row(high_pass, high_pass_caption, hp_slider);
+    hp_check->setAccessibleName(high_pass_caption + ' ' + hp_check->text());
     grid->addWidget(hp_check, row_of(high_pass), 1);
     add_slider(high_pass, hp_slider, hp_label, 2);
-    add_row(phase, tr("Phase:"));
+    add_row(phase, tr("Phase:"), phase_slider);
     add_slider(phase, phase_slider, phase_label, 1);
-    add_row(polarity, tr("Polarity:"));
+    add_row(polarity, tr("Polarity:"), polarity_combo);
     grid->addWidget(polarity_combo, row_of(polarity), 1);
 
     int column = layout.button_column;

@@ -13,6 +13,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rzslider.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 
 namespace
 {
@@ -39,6 +40,7 @@ Client_Settings_Sub_EQ::Client_Settings_Sub_EQ(Client *client, Virelo_Sub *sub)
     connect(q_slider, SIGNAL(valueChanged(int)), this, SLOT(QSliderValueChanged(int)));
     connect(eq_check, SIGNAL(stateChanged(int)), this, SLOT(checkChanged(int)));
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Settings_Sub_EQ::build_rows()
@@ -68,7 +70,7 @@ void Client_Settings_Sub_EQ::build_rows()
     };
     int row = 2;
     for (const auto &entry : rows) {
-        grid->addWidget(new QLabel(entry.caption), row, 0);
+        add_caption(grid, row, entry.caption, entry.slider, {});
         grid->addWidget(entry.slider, row, 1);
         grid->addWidget(entry.read_out, row, 2, entry.alignment);
         ++row;

@@ -10,6 +10,7 @@
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 
 Client_Settings_Sub_Profiles::Client_Settings_Sub_Profiles(Client *client, Virelo_Sub *sub)
     : Client_Settings(client, sub)
@@ -23,6 +24,7 @@ Client_Settings_Sub_Profiles::Client_Settings_Sub_Profiles(Client *client, Virel
     grid->addWidget(new QPushButton(tr("Profile 3")), 1, 2);
     grid->addWidget(new QPushButton(tr("SAVE")), 1, 4);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 int Client::show_profiles(Virelo_Sub *control, const QString &title)

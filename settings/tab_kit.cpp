@@ -37,9 +37,11 @@ int letter_index(std::string_view letters, char letter)
     return static_cast<int>(found == std::string_view::npos ? letters.size() : found);
 }
 
-void add_caption(QGridLayout *grid, int row, const QString &text)
+void add_caption(QGridLayout *grid, int row, const QString &text, QWidget *control, Qt::Alignment alignment)
 {
-    grid->addWidget(new QLabel(text), row, 0, Qt::AlignRight);
+    auto *caption = new QLabel(text);
+    caption->setBuddy(control);
+    grid->addWidget(caption, row, 0, alignment);
 }
 
 void add_spacer(QGridLayout *grid, int row, const QString &text)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStringList>
+#include <Qt>
 #include <string_view>
 
 class QComboBox;
@@ -24,8 +25,10 @@ QString speaker_title(const Virelos *speaker);
 // `letters`; a combo without such an entry then shows none.
 int letter_index(std::string_view letters, char letter);
 
-void add_caption(QGridLayout *grid, int row, const QString &text); // right-aligned in column 0
-void add_spacer(QGridLayout *grid, int row, const QString &text);  // a label alone in its row
+// In column 0. `control` is what it is the caption of: that takes its accessible name from it.
+void add_caption(QGridLayout *grid, int row, const QString &text, QWidget *control = nullptr,
+                 Qt::Alignment alignment = Qt::AlignRight);
+void add_spacer(QGridLayout *grid, int row, const QString &text); // a label alone in its row
 
 // What a speaker or its surroundings told stands as it is, also where it looks like markup. A long value is
 // cut at its right end: it must not push the buttons off a small screen.

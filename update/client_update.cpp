@@ -23,6 +23,7 @@
 #include "settings/banner.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/tab_kit.h"
+#include "settings/tab_order.h"
 #include "update/web_file.h"
 
 namespace
@@ -115,17 +116,17 @@ void Client_Update::place_widgets()
     grid->addWidget(new QLabel("<b>" + model_name(speaker_type()) + "</b> (" + name + ")"), 1, 1, 1, 3);
     add_caption(grid, 2, tr("Version:"));
     grid->addWidget(make_value_label(device->firmware), 2, 1, 1, 2);
-    add_caption(grid, 3, tr("Update:"));
+    add_caption(grid, 3, tr("Update:"), wifi_radio);
     grid->addWidget(wifi_radio, 3, 1);
     grid->addWidget(host_radio, 3, 2);
-    add_caption(grid, 4, tr("Download URL:"));
+    add_caption(grid, 4, tr("Download URL:"), url_edit);
     grid->addWidget(url_edit, 4, 1, 1, 2);
     grid->addWidget(check_button, 4, 3);
-    add_caption(grid, 5, tr("File Size:"));
+    add_caption(grid, 5, tr("File Size:"), size_edit);
     grid->addWidget(size_edit, 5, 1, 1, 2);
-    add_caption(grid, 6, tr("Progress:"));
+    add_caption(grid, 6, tr("Progress:"), progress_bar);
     grid->addWidget(progress_bar, 6, 1, 1, 3);
-    add_caption(grid, 7, tr("Status:"));
+    add_caption(grid, 7, tr("Status:"), status_label);
     grid->addWidget(status_label, 7, 1, 1, 3);
 
     const bool phone = plattform->device_class == DEVICE_PHONE;
@@ -133,6 +134,7 @@ void Client_Update::place_widgets()
     grid->addWidget(back_button, 8, phone ? 0 : 2, 1, button_span);
     grid->addWidget(flash_button, 8, phone ? 2 : 3, 1, button_span);
     setLayout(grid);
+    order_tabs(grid);
 }
 
 void Client_Update::connect_widgets()

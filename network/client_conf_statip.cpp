@@ -17,6 +17,20 @@
 #include "settings/tab_kit.h"
 #include "settings/tab_order.h"
 
+namespace
+{
+constexpr QRgb dimmed_text = 0xff5a5a5a;
+
+// The style sheets fix the background. A desktop's own colour of text may vanish on it.
+void make_readable(QLineEdit *edit)
+{
+    QPalette palette = edit->palette();
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::Disabled, QPalette::Text, QColor(dimmed_text));
+    edit->setPalette(palette);
+}
+} // namespace
+
 Client_Conf_StatIP::Client_Conf_StatIP(Device_Desc *device, QWidget *parent)
     : QDialog(parent)
     , device(device)
@@ -52,6 +66,8 @@ void Client_Conf_StatIP::make_widgets()
     domain_edit = new QLineEdit(this);
     dns1_edit = new QLineEdit(this);
     dns2_edit = new QLineEdit(this);
+    for (QLineEdit *edit : findChildren<QLineEdit *>())
+        make_readable(edit);
     hint_label = new QLabel(tr("* is mandatory!"), this);
     back_button = new QPushButton(tr("<< Back"), this);
     save_button = new QPushButton(tr("SAVE"), this);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QApplication>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -47,6 +48,8 @@ private slots:
     void each_press_of_static_fills_the_edits_anew();
     void dhcp_leaves_the_texts_alone();
     void the_arrow_keys_change_the_mode_as_the_mouse_does();
+    void text_is_readable_whatever_the_palette_data();
+    void text_is_readable_whatever_the_palette();
     void it_is_not_deleted_when_it_closes();
     void signal_and_slots_stand_in_order();
 
@@ -278,6 +281,41 @@ void tst_client_conf_statip::the_arrow_keys_change_the_mode_as_the_mouse_does()
     QCOMPARE(dialog->ip_edit->text(), QString("10.0.0.7"));
     QTest::keyClick(dialog->static_radio, Qt::Key_Left);
     check_mode(dialog, false);
+}
+
+void tst_client_conf_statip::text_is_readable_whatever_the_palette_data()
+{
+    QTest::addColumn<QColor>("window");
+    QTest::addColumn<QColor>("text");
+    QTest::newRow("light") << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("dark") << QColor(Qt::black) << QColor(Qt::white);
+}
+
+// The darkest and the lightest spot of what is drawn lie far apart.
+void tst_client_conf_statip::text_is_readable_whatever_the_palette()
+{
+    QFETCH(QColor, window);
+    QFETCH(QColor, text);
+    const QPalette before = QApplication::palette();
+    QPalette palette(window, window);
+    for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(role, text);
+    QApplication::setPalette(palette);
+    const Client_Conf_StatIP *dialog = open();
+    for (const bool fixed : {false, true}) {
+        if (fixed)
+            QTest::mouseClick(dialog->static_radio, Qt::LeftButton);
+        const QImage image = dialog->ip_edit->grab(dialog->ip_edit->rect().adjusted(4, 4, -4, -4)).toImage();
+        int darkest = 255, lightest = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                darkest = qMin(darkest, qGray(image.pixel(x, y)));
+                lightest = qMax(lightest, qGray(image.pixel(x, y)));
+            }
+        QCOMPARE(lightest, fixed ? 255 : 211); // the backgrounds
+        QVERIFY2(darkest < 128, qPrintable(QString::number(darkest)));
+    }
+    QApplication::setPalette(before);
 }
 
 void tst_client_conf_statip::it_is_not_deleted_when_it_closes()

@@ -354,10 +354,16 @@ class Program:
         """Until threads and descriptors are as many as at the mark, and those more that the test accounts for."""
         (threads, descriptors), threads_then, descriptors_then = self._marked
         wanted = (threads + more_threads, descriptors + more_descriptors)
+
+        def difference(then, now):
+            then, now = collections.Counter(then), collections.Counter(now)
+            return f"more {dict(now - then)}, less {dict(then - now)}"
+
         await_condition(
             lambda: self.counts() == wanted,
-            lambda: f"threads and descriptors are {wanted}\nthreads then {threads_then}\nthreads now {self.threads()}\n"
-                    f"descriptors then {descriptors_then}\ndescriptors now {self.descriptors()}")
+            lambda: f"threads and descriptors are {wanted}, not {self.counts()}; they were {(threads, descriptors)}\n"
+                    f"threads: {difference(threads_then, self.threads())}\n"
+                    f"descriptors: {difference(descriptors_then, self.descriptors())}")
 
     # How it ends
 

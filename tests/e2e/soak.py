@@ -71,12 +71,12 @@ class Soak_Test(fault_road.Fault_Test):
         self.house = House()
         self.volumes = {name: VOLUME for name in self.house.steady}
         self.current = self.slider = None  # the name of the speaker in front, and its slider
-        self.settings = self.dialogs = 0
+        self.settings = self.dialogs = self.last_setting = 0
 
     def settle(self):
         """Until the rows are those of who is there, so that none moves under a click; settings go on meanwhile."""
         def settled():
-            if self.current:
+            if self.current and time.monotonic() >= self.last_setting + SETTING_EVERY:
                 self.change_a_setting()
             return sorted(row["texts"][1] for row in self.program.rows()) == sorted(self.house.names())
 
@@ -95,6 +95,7 @@ class Soak_Test(fault_road.Fault_Test):
         self.program.key(self.slider, "Right" if up else "Left")
         self.volumes[self.current] += 1 if up else -1
         self.settings += 1
+        self.last_setting = time.monotonic()
 
     def check_setting(self):
         """What was set last has arrived."""
@@ -103,6 +104,7 @@ class Soak_Test(fault_road.Fault_Test):
 
     def come_or_go(self):
         self.house.turn(self.speakers_there, self.random.choice(self.house.fleeting))
+        self.settle()  # who is back at once was never away for the others
 
     def use_a_dialog(self):
         """Of a speaker that stays, which is in front afterwards."""

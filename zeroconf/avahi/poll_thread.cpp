@@ -72,12 +72,23 @@ void PollThread::post(Task task)
 void PollThread::run()
 {
     bool more = false;
-    // The poll fails only where memory runs out. Discovery falls silent then, and the program goes on.
-    while (avahi_simple_poll_iterate(poll, more ? 0 : -1) >= 0) {
+    while (look_what_has_come(more)) {
         if (lost)
             disconnect();
         more = run_next_task();
     }
+}
+
+// With tasks waiting it only looks, a few times: each look takes one message, and the daemon answers a browse
+// with all services at once. The poll fails only where memory runs out. Discovery falls silent then, and the
+// program goes on.
+bool PollThread::look_what_has_come(bool tasks_wait)
+{
+    constexpr int looks = 4;
+    bool good = avahi_simple_poll_iterate(poll, tasks_wait ? 0 : -1) >= 0;
+    for (int look = 1; look < looks && good && tasks_wait && !lost; ++look)
+        good = avahi_simple_poll_iterate(poll, 0) >= 0;
+    return good;
 }
 
 bool PollThread::run_next_task()

@@ -44,6 +44,7 @@ private:
     bool start();
     void post(Task task);
     void run();
+    bool look_what_has_come(bool tasks_wait);
     bool run_next_task(); // true if there are more
     void start_operation(std::unique_ptr<Operation> operation);
     bool connect();

@@ -20,8 +20,6 @@
 #include <QThread>
 #include <QTimer>
 #include <arpa/inet.h>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -29,6 +27,8 @@
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
+#include "bench/tools/child_process.h"
+#include "bench/tools/table.h"
 #include "control/virelo_air.h"
 #include "device/device_desc.h"
 #include "simulator/download_server.h"
@@ -42,12 +42,6 @@ constexpr int lines = 1000;
 constexpr int pause_ms = 10;
 constexpr double limit = 1000.0 / pause_ms;
 constexpr int patience_ms = 60000;
-
-[[noreturn]] void give_up(const char *what)
-{
-    std::fprintf(stderr, "%s\n", what);
-    std::exit(1);
-}
 
 void run_until(const std::function<bool()> &condition, const char *what)
 {
@@ -155,9 +149,9 @@ double by_empty_loop()
     return lines * 1e9 / static_cast<double>(clock.nsecsElapsed());
 }
 
-void print_row(const char *name, double rate)
+void add_row(Table &table, const char *name, double rate)
 {
-    std::printf("%-36s %12.1f %11.0f %%\n", name, rate, 100 * rate / limit);
+    table.add_row({name, QString::number(rate, 'f', 1), QString::number(100 * rate / limit, 'f', 0) + " %"});
 }
 } // namespace
 
@@ -179,16 +173,17 @@ int main(int argc, char *argv[])
     download.hex_lines = lines;
     Download_Server server(download);
     if (!speaker.start() || !server.start())
-        give_up(qPrintable(speaker.error() + server.error()));
+        give_up(speaker.error() + server.error());
 
     const double dialog = by_dialog(speaker, server.url());
     const double socket = by_bare_socket(speaker, server.file("vc3w_host.hex"));
     const double loop = by_empty_loop();
 
-    std::printf("%-36s %12s %13s\n", "", "lines/second", "of the limit");
-    print_row("10 ms between two lines: the limit", limit);
-    print_row("event loop that sends nothing", loop);
-    print_row("bare blocking socket", socket);
-    print_row("update dialog", dialog);
+    Table table({"1,000 lines", "lines a second", "of the limit"});
+    add_row(table, "10 ms between two lines: the limit", limit);
+    add_row(table, "event loop that sends nothing", loop);
+    add_row(table, "bare blocking socket", socket);
+    add_row(table, "update dialog", dialog);
+    table.print();
     return 0;
 }

@@ -12,16 +12,14 @@
 #include <QCoreApplication>
 #include <QLoggingCategory>
 #include <QThread>
-#include <algorithm>
 #include <arpa/inet.h>
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
-#include <vector>
 
+#include "bench/tools/child_process.h"
+#include "bench/tools/table.h"
 #include "control/virelo_air.h"
 #include "simulator/loopback.h"
 #include "simulator/monotonic.h"
@@ -31,12 +29,6 @@ namespace
 {
 constexpr int rounds = 200;
 constexpr int rest_ms = 170; // the worker sleeps for 150 ms behind each command
-
-[[noreturn]] void give_up(const char *what)
-{
-    std::fprintf(stderr, "%s\n", what);
-    std::exit(1);
-}
 
 int connect_bare(const QString &address, quint16 port)
 {
@@ -68,13 +60,10 @@ qint64 time_to_wire(Virtual_Speaker &speaker, const QByteArray &frame, const std
     return speaker.timed_host_lines().first().us - begin;
 }
 
-void print_row(const char *name, std::vector<qint64> times)
+void add_row(Table &table, const QString &name, const Samples &times, const Samples &peers)
 {
-    std::sort(times.begin(), times.end());
-    const auto percentile = [&times](size_t percent) {
-        return static_cast<long long>(times[(times.size() - 1) * percent / 100]);
-    };
-    std::printf("%-28s %10lld %10lld %10lld\n", name, percentile(50), percentile(99), percentile(100));
+    table.add_row({name, whole(percentile(times, 50)), whole(percentile(times, 99)),
+                   whole(percentile(times, 100)), ratio(percentile(times, 50), percentile(peers, 50))});
 }
 } // namespace
 
@@ -87,7 +76,7 @@ int main(int argc, char *argv[])
     config.address = own_loopback(1);
     Virtual_Speaker speaker(config);
     if (!speaker.start())
-        give_up(qPrintable(speaker.error()));
+        give_up(speaker.error());
 
     Virelo_Air control(config.type, config.address, "bench");
     control.start();
@@ -95,8 +84,8 @@ int main(int argc, char *argv[])
     if (!speaker.wait_for_host_line("RZ?MT\n"))
         give_up("the worker does not start");
 
-    std::vector<qint64> by_worker;
-    std::vector<qint64> by_bare_socket;
+    Samples by_worker;
+    Samples by_bare_socket;
     for (int round = 0; round < rounds; ++round) {
         const int volume = round % 100; // never the one that was sent last
         const QByteArray frame = volume_frame(volume);
@@ -109,8 +98,9 @@ int main(int argc, char *argv[])
     control.terminate();
     close(bare);
 
-    std::printf("%-28s %10s %10s %10s\n", "microseconds", "median", "99th", "worst");
-    print_row("set_volume to the speaker", by_worker);
-    print_row("bare blocking socket", by_bare_socket);
+    Table table({"microseconds", "median", "99th percentile", "worst", "ratio of the medians"});
+    add_row(table, "set_volume to the speaker", by_worker, by_bare_socket);
+    add_row(table, "bare blocking socket", by_bare_socket, by_bare_socket);
+    table.print();
     return 0;
 }

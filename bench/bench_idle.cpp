@@ -16,7 +16,7 @@ namespace
 {
 constexpr int speakers = 20;
 constexpr int usual_seconds = 60;
-constexpr unsigned long settle_s = 5; // pooled threads, and what belongs to the last replies, go away
+constexpr unsigned long settle_s = 40; // by then pooled threads, which Qt scales pictures in, have gone
 const QString qt_own =
     "Qt bearer threa"; // Qt looks for network interfaces every ten seconds, once a request was made
 } // namespace

@@ -29,7 +29,7 @@ DIALOGS = {"Update >>": "Client_Update", "Group >>": "Client_Group", "WiFi >>": 
 
 # What the program keeps on purpose, in MB, as measured by thirty of each in a row: a dialog that was closed, with the
 # picture of its window, and a record that left, with its worker.
-DIALOG_MB = 2.7
+DIALOG_MB = 2.65
 RECORD_MB = 0.02
 WORKER_MB = 0.06
 SLACK_MB = 10  # what an allocator gives or takes

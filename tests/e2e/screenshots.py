@@ -203,6 +203,7 @@ def running(language, folder, **options):
 @contextlib.contextmanager
 def home(language, folder, **options):
     """The program with all speakers, in the order of the scene."""
+    road.Avahi().renew()  # it may still tell of the speakers of before, which are identified in vain
     with running(language, folder, **options) as session, contextlib.ExitStack() as stack:
         for number, speaker in enumerate(SCENE["speakers"], 1):
             scene = {"speakers": [speaker]}

@@ -10,6 +10,9 @@
 #ifdef Q_OS_UNIX
 #include <sys/resource.h>
 #endif
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 namespace
 {
@@ -47,6 +50,13 @@ void rzplattform::set_up_process()
 #endif
     if (!qEnvironmentVariableIsSet(x11_gl_variable))
         qputenv(x11_gl_variable, "none");
+}
+
+void rzplattform::give_memory_back()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
 }
 
 int classify_device(const QString &os_word, int desktop_width, double diagonal)

@@ -27,6 +27,10 @@ public:
     // has set the variable has his way.
     static void set_up_process();
 
+    // Hands back to the system what is free but kept for later use, where the system's library keeps it.
+    // Takes some milliseconds: for the end of a burst of work. Any thread.
+    static void give_memory_back();
+
     double physical_width = 0;  // mm
     double physical_height = 0; // mm
     double dpi = 0;             // physical dots per inch

@@ -12,6 +12,8 @@
 #include <QQueue>
 #include <QTimer>
 
+#include "app/rzplattform.h"
+
 namespace
 {
 // Bytes. A speaker's longest reply is far shorter. One of this size is parsed before a user notices.
@@ -49,10 +51,17 @@ private:
     void free_next()
     {
         delete managers.dequeue().data();
-        if (managers.isEmpty())
-            timer.stop();
+        ++freed;
+        if (!managers.isEmpty())
+            return;
+        timer.stop();
+        if (freed >= burst)
+            rzplattform::give_memory_back(); // of some hundred threads that have ended
+        freed = 0;
     }
 
+    static constexpr int burst = 50; // as many as ten speakers bring
+    int freed = 0;                   // since there was nothing left to free
     QQueue<QPointer<QNetworkAccessManager>> managers;
     QTimer timer;
 };

@@ -22,6 +22,7 @@
 #include "app/globals.h"
 #include "app/rzplattform.h"
 #include "bench/tools/child_process.h"
+#include "bench/tools/counts.h"
 #include "bench/tools/house_of.h"
 #include "bench/tools/pause_watch.h"
 #include "bench/tools/program_world.h"
@@ -156,14 +157,6 @@ Figures measure(const QString &program, int count)
     }
     return figures;
 }
-
-QList<int> counts_asked_for(const QStringList &arguments)
-{
-    QList<int> counts;
-    for (const QString &argument : arguments.mid(1))
-        counts.append(argument.toInt());
-    return counts.isEmpty() ? QList<int>{1, 10, 50, 100, 250} : counts;
-}
 } // namespace
 
 int main(int argc, char *argv[])
@@ -175,7 +168,7 @@ int main(int argc, char *argv[])
     Table table({"speakers", "ms until all stand in the tree", "beside one speaker", "beside bare sockets",
                  "redraws", "longest pause, ms", "of it own processor time, ms"});
     qint64 one = 0;
-    for (const int count : counts_asked_for(QCoreApplication::arguments())) {
+    for (const int count : counts_asked_for(QCoreApplication::arguments(), {1, 10, 50, 100, 250})) {
         const Figures figures = measure(QCoreApplication::applicationFilePath(), count);
         const qint64 row = median(figures.row_us);
         if (one == 0)

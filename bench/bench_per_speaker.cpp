@@ -39,15 +39,20 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     const Proc_Figures alone = figures_with(0);
     Table table({"speakers", "threads", "descriptors", "private MB", "threads a speaker",
-                 "descriptors a speaker", "kB a speaker"});
+                 "descriptors a speaker", "kB a speaker", "kB a further speaker"});
     table.add_row(
-        {"0", whole(alone.threads), whole(alone.descriptors), in_mb(alone.private_kb), "-", "-", "-"});
+        {"0", whole(alone.threads), whole(alone.descriptors), in_mb(alone.private_kb), "-", "-", "-", "-"});
+    Proc_Figures before = alone;
+    int fewer = 0;
     for (const int count : counts) {
         const Proc_Figures with = figures_with(count);
         table.add_row({whole(count), whole(with.threads), whole(with.descriptors), in_mb(with.private_kb),
                        each(with.threads - alone.threads, count),
                        each(with.descriptors - alone.descriptors, count),
-                       each(with.private_kb - alone.private_kb, count)});
+                       each(with.private_kb - alone.private_kb, count),
+                       each(with.private_kb - before.private_kb, count - fewer)});
+        before = with;
+        fewer = count;
     }
     table.print();
     return 0;

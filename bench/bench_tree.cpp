@@ -4,7 +4,7 @@
 // cleared and filled with the same rows and drawn at the same size, its pictures loaded once. Wished for:
 // under twice.
 //
-//   build/release/bench/bench_tree       with DISPLAY, or QT_QPA_PLATFORM=offscreen
+//   build/release/bench/bench_tree [N]...       with DISPLAY, or QT_QPA_PLATFORM=offscreen
 #include <QApplication>
 #include <QDialog>
 #include <QHash>
@@ -13,6 +13,7 @@
 
 #include "app/client.h"
 #include "app/globals.h"
+#include "bench/tools/counts.h"
 #include "bench/tools/program_world.h"
 #include "bench/tools/table.h"
 #include "control/virelo_unknown.h"
@@ -24,7 +25,6 @@
 
 namespace
 {
-constexpr int counts[] = {10, 100, 500};
 constexpr int rounds = 40;
 constexpr int row_height = 100;
 
@@ -126,7 +126,7 @@ int main(int argc, char *argv[])
 
     Table table({"records", "update_tree_widget, ms", "drawn, ms", "bare tree filled, ms", "drawn, ms",
                  "ratio, filled", "ratio, drawn"});
-    for (const int count : counts) {
+    for (const int count : counts_asked_for(QApplication::arguments(), {10, 100, 500})) {
         list_records(count);
         Samples ours_fill, ours_whole, bare_fill, bare_whole;
         for (int round = 0; round < rounds; ++round) {

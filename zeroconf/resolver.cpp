@@ -39,8 +39,15 @@ void Resolver::start()
         cleanUp();
         return;
     }
-    resolverNotifier = new QSocketNotifier(socket, QSocketNotifier::Read);
-    connect(resolverNotifier, &QSocketNotifier::activated, this, &Resolver::resolverReady);
+    resolverNotifier = watch(socket, &Resolver::resolverReady);
+}
+
+// Without a parent: the notifier stays behind, see release_handles.
+QSocketNotifier *Resolver::watch(int socket, void (Resolver::*ready)())
+{
+    auto *notifier = new QSocketNotifier(socket, QSocketNotifier::Read);
+    connect(notifier, &QSocketNotifier::activated, this, ready);
+    return notifier;
 }
 
 void Resolver::resolverReady()
@@ -92,8 +99,7 @@ void Resolver::start_addresses(quint32 interfaceIndex, const char *hostName)
         cleanUp();
         return;
     }
-    addressNotifier = new QSocketNotifier(socket, QSocketNotifier::Read);
-    connect(addressNotifier, &QSocketNotifier::activated, this, &Resolver::addressReady);
+    addressNotifier = watch(socket, &Resolver::addressReady);
 }
 
 void Resolver::addrInfoCallback(DNSServiceRef, DNSServiceFlags flags, quint32 interfaceIndex,

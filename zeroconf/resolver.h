@@ -51,6 +51,7 @@ public Q_SLOTS:
     void addressReady();
 
 private:
+    QSocketNotifier *watch(int socket, void (Resolver::*ready)());
     void start_addresses(quint32 interfaceIndex, const char *hostName);
     void release_handles();
 };

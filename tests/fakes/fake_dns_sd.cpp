@@ -39,8 +39,10 @@ struct _DNSServiceRef_t // NOLINT(bugprone-reserved-identifier): the name that d
     int releases = 0;
 
     bool is_open() const { return releases == 0; }
-    void close_pipe()
+    void close()
     {
+        context = nullptr; // what it points to is not kept with the ref
+        replies.clear();
         for (int &fd : fds) {
             if (fd != -1)
                 ::close(fd);
@@ -51,11 +53,12 @@ struct _DNSServiceRef_t // NOLINT(bugprone-reserved-identifier): the name that d
 
 namespace
 {
-// Refs are kept for ever: a released one must be recognised, and its address must not be given out again.
+// Refs are kept for ever: a released one must be recognised, and its address must not be given out again. So
+// is their list, or they would count as leaked when the process ends.
 QList<DNSServiceRef> &all_refs()
 {
-    static QList<DNSServiceRef> refs;
-    return refs;
+    static auto *const refs = new QList<DNSServiceRef>;
+    return *refs;
 }
 
 struct Script {
@@ -112,7 +115,7 @@ void fake_dns_sd::reset()
     for (DNSServiceRef ref : qAsConst(all_refs())) {
         if (ref->is_open())
             ref->releases = 1;
-        ref->close_pipe();
+        ref->close();
     }
     script() = Script();
     script().first_ref = all_refs().size();
@@ -357,6 +360,5 @@ void DNSSD_API DNSServiceRefDeallocate(DNSServiceRef ref)
     if (!may_use(ref, "DNSServiceRefDeallocate"))
         return;
     ref->releases++;
-    ref->replies.clear();
-    ref->close_pipe();
+    ref->close();
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <netinet/in.h>
 
+#include "zeroconf/avahi/known_addresses.h"
 #include "zeroconf/avahi/names.h"
 
 namespace
@@ -57,10 +58,21 @@ AddressOperation::~AddressOperation()
         avahi_record_browser_free(browser);
 }
 
-bool AddressOperation::start(AvahiClient *client)
+bool AddressOperation::answer_early(KnownAddresses &addresses)
 {
-    return (!(protocol & kDNSServiceProtocol_IPv4) || browse(client, AVAHI_DNS_TYPE_A)) &&
-           (!(protocol & kDNSServiceProtocol_IPv6) || browse(client, AVAHI_DNS_TYPE_AAAA));
+    if (!(protocol & kDNSServiceProtocol_IPv4))
+        return false;
+    const AvahiIfIndex interface = avahi_interface(interface_index);
+    const auto known = addresses.take(interface, with_dot(host));
+    if (known)
+        event(AVAHI_BROWSER_NEW, known->protocol, {interface, known->bytes});
+    return known.has_value();
+}
+
+bool AddressOperation::start(const Daemon &daemon)
+{
+    return (!(protocol & kDNSServiceProtocol_IPv4) || browse(daemon.client, AVAHI_DNS_TYPE_A)) &&
+           (!(protocol & kDNSServiceProtocol_IPv6) || browse(daemon.client, AVAHI_DNS_TYPE_AAAA));
 }
 
 bool AddressOperation::browse(AvahiClient *client, uint16_t record_type)

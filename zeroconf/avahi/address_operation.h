@@ -19,8 +19,9 @@ public:
     AddressOperation(DNSServiceRef ref, bool multicast, uint32_t interfaceIndex, DNSServiceProtocol protocol,
                      const char *host, DNSServiceGetAddrInfoReply callback, void *context);
     ~AddressOperation() override;
-    bool start(AvahiClient *client) override;
-    bool finishes_a_road() const override { return true; }
+    bool start(const Daemon &daemon) override;
+    bool answer_early(KnownAddresses &addresses) override;
+    bool goes_first() const override { return true; }
 
 private:
     using Address = std::pair<AvahiIfIndex, std::string>; // with the bytes of the record

@@ -22,7 +22,7 @@ BrowseOperation::~BrowseOperation()
         avahi_service_browser_free(browser);
 }
 
-bool BrowseOperation::start(AvahiClient *client)
+bool BrowseOperation::start(const Daemon &daemon)
 {
     const auto on_event = [](AvahiServiceBrowser *browser, AvahiIfIndex interface, AvahiProtocol protocol,
                              AvahiBrowserEvent event, const char *name, const char *type, const char *domain,
@@ -33,7 +33,7 @@ bool BrowseOperation::start(AvahiClient *client)
         else if (event == AVAHI_BROWSER_NEW || event == AVAHI_BROWSER_REMOVE)
             operation->event(event, protocol, {interface, name, with_dot(type), with_dot(domain)});
     };
-    browser = avahi_service_browser_new(client, avahi_interface(interface_index), AVAHI_PROTO_UNSPEC,
+    browser = avahi_service_browser_new(daemon.client, avahi_interface(interface_index), AVAHI_PROTO_UNSPEC,
                                         type.c_str(), or_null(domain), AvahiLookupFlags(0), on_event, this);
     return browser;
 }

@@ -15,7 +15,7 @@ public:
     BrowseOperation(DNSServiceRef ref, uint32_t interfaceIndex, const char *type, const char *domain,
                     DNSServiceBrowseReply callback, void *context);
     ~BrowseOperation() override;
-    bool start(AvahiClient *client) override;
+    bool start(const Daemon &daemon) override;
 
 private:
     using Service = std::tuple<AvahiIfIndex, std::string, std::string, std::string>; // name, type, domain

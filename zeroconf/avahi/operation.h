@@ -6,6 +6,15 @@
 #include "zeroconf/avahi/mailbox.h"
 
 struct AvahiClient;
+struct AvahiPoll;
+class KnownAddresses;
+
+// What operations work with, all of the poll thread.
+struct Daemon {
+    AvahiClient *client;
+    const AvahiPoll *poll;
+    KnownAddresses *addresses;
+};
 
 // What one ref stands for: a question to the daemon, or an announcement. Made by the caller's thread with the
 // arguments of the call; from then on the poll thread alone touches it, since Avahi's calls wait for the
@@ -20,10 +29,14 @@ public:
     Operation &operator=(const Operation &) = delete;
 
     // Makes the Avahi object. False on failure, with the reason in the client.
-    virtual bool start(AvahiClient *client) = 0;
+    virtual bool start(const Daemon &daemon) = 0;
 
-    // Whether a service is known to all once this is answered: then it goes ahead of what begins a road.
-    virtual bool finishes_a_road() const { return false; }
+    // Before it starts, and without a question to the daemon: reports what is known already. True if there
+    // was something: then the start has time until nothing else waits.
+    virtual bool answer_early(KnownAddresses &) { return false; }
+
+    // Whether this is the last that a service waits for: then it goes ahead of what others begin with.
+    virtual bool goes_first() const { return false; }
 
     const std::shared_ptr<Mailbox> mailbox;
 

@@ -31,7 +31,8 @@ bool PollThread::start()
         eventfd_t count;
         eventfd_read(fd, &count);
     };
-    api->watch_new(api, wake_fd, AVAHI_WATCH_IN, drain, nullptr);
+    if (!api->watch_new(api, wake_fd, AVAHI_WATCH_IN, drain, nullptr))
+        return false;
 
     // The program's signals are for its own threads.
     sigset_t all, before;
@@ -62,10 +63,8 @@ void PollThread::end(std::shared_ptr<Mailbox> mailbox)
 void PollThread::post(Task task)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    if (task.begin && task.begin->finishes_a_road())
-        tasks.push_front(std::move(task));
-    else
-        tasks.push_back(std::move(task));
+    const bool first = task.begin && task.begin->goes_first();
+    (first ? first_tasks : tasks).push_back(std::move(task));
     eventfd_write(wake_fd, 1);
 }
 
@@ -94,19 +93,30 @@ bool PollThread::look_what_has_come(bool tasks_wait)
 bool PollThread::run_next_task()
 {
     std::unique_lock<std::mutex> lock(mutex);
-    if (tasks.empty())
-        return false;
-    Task task = std::move(tasks.front());
-    tasks.pop_front();
-    lock.unlock();
+    std::deque<Task> &next = first_tasks.empty() ? tasks : first_tasks;
+    if (!next.empty()) {
+        Task task = std::move(next.front());
+        next.pop_front();
+        lock.unlock();
+        run_task(std::move(task));
+        lock.lock();
+    } else if (!answered.empty()) {
+        lock.unlock();
+        start_operation(std::move(answered.front()));
+        answered.pop_front();
+        lock.lock();
+    }
+    return !first_tasks.empty() || !tasks.empty() || !answered.empty();
+}
 
-    if (task.begin)
-        start_operation(std::move(task.begin));
-    else
+void PollThread::run_task(Task task)
+{
+    if (!task.begin)
         operations.erase(task.end.get());
-
-    lock.lock();
-    return !tasks.empty();
+    else if (task.begin->answer_early(addresses))
+        answered.push_back(std::move(task.begin));
+    else
+        start_operation(std::move(task.begin));
 }
 
 void PollThread::start_operation(std::unique_ptr<Operation> operation)
@@ -117,7 +127,7 @@ void PollThread::start_operation(std::unique_ptr<Operation> operation)
         return;
     if (!client && !connect())
         mailbox->fail(dns_sd_error(connect_error));
-    else if (!operation->start(client))
+    else if (!operation->start({client, avahi_simple_poll_get(poll), &addresses}))
         mailbox->fail(dns_sd_error(avahi_client_errno(client)));
     else
         operations.emplace(mailbox, std::move(operation));
@@ -142,6 +152,9 @@ void PollThread::disconnect()
     for (const auto &entry : operations)
         entry.first->fail(kDNSServiceErr_ServiceNotRunning);
     operations.clear();
+    for (const auto &operation : answered)
+        operation->mailbox->fail(kDNSServiceErr_ServiceNotRunning);
+    answered.clear();
     avahi_client_free(client);
     client = nullptr;
 }

@@ -32,14 +32,14 @@ RegisterOperation::~RegisterOperation()
         avahi_entry_group_free(group);
 }
 
-bool RegisterOperation::start(AvahiClient *client)
+bool RegisterOperation::start(const Daemon &daemon)
 {
     if (name.empty())
-        name = or_empty(avahi_client_get_host_name(client));
+        name = or_empty(avahi_client_get_host_name(daemon.client));
     const auto on_state = [](AvahiEntryGroup *group, AvahiEntryGroupState state, void *self) {
         static_cast<RegisterOperation *>(self)->state_changed(avahi_entry_group_get_client(group), state);
     };
-    group = avahi_entry_group_new(client, on_state, this);
+    group = avahi_entry_group_new(daemon.client, on_state, this);
     return group && announce();
 }
 

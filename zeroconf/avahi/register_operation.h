@@ -16,7 +16,7 @@ public:
                       const char *domain, const char *host, uint16_t port, std::string txt,
                       DNSServiceRegisterReply callback, void *context);
     ~RegisterOperation() override;
-    bool start(AvahiClient *client) override;
+    bool start(const Daemon &daemon) override;
 
 private:
     void state_changed(AvahiClient *client, AvahiEntryGroupState state);

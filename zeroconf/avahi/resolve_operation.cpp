@@ -4,12 +4,17 @@
 #include <arpa/inet.h>
 #include <avahi-common/domain.h>
 #include <avahi-common/error.h>
+#include <avahi-common/timeval.h>
+#include <avahi-common/watch.h>
 #include <tuple>
 
+#include "zeroconf/avahi/known_addresses.h"
 #include "zeroconf/avahi/names.h"
 
 namespace
 {
+constexpr unsigned wait_for_address_ms = 1000;
+
 // Avahi's own function is of no use here: it takes a list for reversed, and lists from the daemon are not.
 std::vector<unsigned char> wire_format(AvahiStringList *txt)
 {
@@ -32,6 +37,11 @@ std::string full_name(const char *name, const char *type, const char *domain)
     if (avahi_service_name_join(buffer, sizeof buffer, name, type, domain) != AVAHI_OK)
         return {};
     return with_dot(buffer);
+}
+
+std::string bytes_of(const AvahiIPv4Address &address)
+{
+    return {reinterpret_cast<const char *>(&address.address), sizeof address.address};
 }
 } // namespace
 
@@ -61,38 +71,89 @@ ResolveOperation::ResolveOperation(DNSServiceRef ref, bool limited, uint32_t int
 
 ResolveOperation::~ResolveOperation()
 {
+    wait_no_longer();
     if (resolver)
         avahi_service_resolver_free(resolver);
+    // Nobody may ask for it any more, and by the time that somebody else does it may be wrong.
+    if (told_address)
+        daemon.addresses->take(told_address->first, told_address->second);
 }
 
-bool ResolveOperation::start(AvahiClient *client)
+bool ResolveOperation::start(const Daemon &at)
 {
-    const auto on_event = [](AvahiServiceResolver *resolver, AvahiIfIndex interface, AvahiProtocol,
-                             AvahiResolverEvent event, const char *name, const char *type, const char *domain,
-                             const char *host, const AvahiAddress *, uint16_t port, AvahiStringList *txt,
-                             AvahiLookupResultFlags, void *self) {
-        auto *operation = static_cast<ResolveOperation *>(self);
-        AvahiClient *client = avahi_service_resolver_get_client(resolver);
-        if (event == AVAHI_RESOLVER_FOUND)
-            operation->found(interface,
-                             {full_name(name, type, domain), with_dot(host), htons(port), wire_format(txt)});
-        // The daemon's own time-out says nothing new: it goes on listening, and the mailbox keeps the time
-        // limit.
-        else if (avahi_client_errno(client) != AVAHI_ERR_TIMEOUT)
-            operation->fail(client);
+    daemon = at;
+    const auto on_timeout = [](AvahiTimeout *, void *self) {
+        static_cast<ResolveOperation *>(self)->ask_without_address();
     };
-    resolver = avahi_service_resolver_new(client, avahi_interface(interface_index), AVAHI_PROTO_UNSPEC,
-                                          name.c_str(), type.c_str(), domain.c_str(), AVAHI_PROTO_UNSPEC,
-                                          AVAHI_LOOKUP_NO_ADDRESS, on_event, this);
+    timeval moment;
+    waiting = daemon.poll->timeout_new(daemon.poll, avahi_elapse_time(&moment, wait_for_address_ms, 0),
+                                       on_timeout, this);
+    resolver = waiting ? resolve(AVAHI_PROTO_INET, AvahiLookupFlags(0))
+                       : resolve(AVAHI_PROTO_UNSPEC, AVAHI_LOOKUP_NO_ADDRESS);
     return resolver;
 }
 
-void ResolveOperation::found(AvahiIfIndex interface, const Answer &answer)
+void ResolveOperation::ask_without_address()
 {
+    wait_no_longer();
+    if (mailbox->closed()) // a call to a daemon that hangs takes long
+        return;
+    if (resolver)
+        avahi_service_resolver_free(resolver);
+    resolver = resolve(AVAHI_PROTO_UNSPEC, AVAHI_LOOKUP_NO_ADDRESS);
+    if (!resolver)
+        fail(daemon.client);
+}
+
+void ResolveOperation::wait_no_longer()
+{
+    if (waiting)
+        daemon.poll->timeout_free(waiting);
+    waiting = nullptr;
+}
+
+AvahiServiceResolver *ResolveOperation::resolve(AvahiProtocol address, AvahiLookupFlags flags)
+{
+    const auto on_event = [](AvahiServiceResolver *, AvahiIfIndex interface, AvahiProtocol protocol,
+                             AvahiResolverEvent event, const char *name, const char *type, const char *domain,
+                             const char *host, const AvahiAddress *address, uint16_t port,
+                             AvahiStringList *txt, AvahiLookupResultFlags, void *self) {
+        auto *operation = static_cast<ResolveOperation *>(self);
+        if (event == AVAHI_RESOLVER_FOUND)
+            operation->found(interface, protocol,
+                             {full_name(name, type, domain), with_dot(host), htons(port), wire_format(txt)},
+                             address);
+        // The daemon's own time-out says nothing new: it goes on listening, and the mailbox keeps the time
+        // limit.
+        else if (avahi_client_errno(operation->daemon.client) != AVAHI_ERR_TIMEOUT)
+            operation->failed();
+    };
+    return avahi_service_resolver_new(daemon.client, avahi_interface(interface_index), AVAHI_PROTO_UNSPEC,
+                                      name.c_str(), type.c_str(), domain.c_str(), address, flags, on_event,
+                                      this);
+}
+
+// A service is resolved also where its host's address is refused.
+void ResolveOperation::failed()
+{
+    if (waiting)
+        ask_without_address();
+    else
+        fail(daemon.client);
+}
+
+void ResolveOperation::found(AvahiIfIndex interface, AvahiProtocol protocol, const Answer &answer,
+                             const AvahiAddress *address)
+{
+    wait_no_longer();
     // The same answer over IPv4 and over IPv6 is one answer.
     if (answer == reported)
         return;
     reported = answer;
+    if (address && address->proto == AVAHI_PROTO_INET && !mailbox->closed()) {
+        told_address = {interface, answer.host};
+        daemon.addresses->put(interface, answer.host, {protocol, bytes_of(address->data.ipv4)});
+    }
     mailbox->put([=, ref = ref, callback = callback, context = context](DNSServiceFlags more) {
         callback(ref, more, static_cast<uint32_t>(interface), kDNSServiceErr_NoError,
                  answer.full_name.c_str(), answer.host.c_str(), answer.port,

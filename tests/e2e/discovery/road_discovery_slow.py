@@ -27,6 +27,17 @@ class Time_Limit_Test(engine_road.Engine_Test):
             self.assertEqual(self.names(engine.events()), ["Fence"])
             self.assertEqual(after["descriptors"], before["descriptors"])
 
+    def test_a_host_without_address_for_longer_than_5_s_is_not_given_up(self):
+        with self.announcer() as announcer, self.engine() as engine:
+            engine.start()
+            announcer.service("Waiting", "nowhere.local")
+            announcer.pointer("Nobody")
+            engine.await_state("both are being resolved", resolvers=2)
+            engine.await_state("one was given up after 5 s, the other is still listened to", resolvers=1, known=0)
+            announcer.address("nowhere.local", "127.0.0.41")
+            added = engine.await_events("added", 1)[0]
+            self.assertEqual((added["name"], added["ip"]), ("Waiting", "127.0.0.41"))
+
 
 class Hanging_Daemon_Test(engine_road.Engine_Test):
     def hang(self, engine):

@@ -19,7 +19,9 @@ private Q_SLOTS:
 
     void a_call_without_what_it_needs_is_refused_data();
     void a_call_without_what_it_needs_is_refused();
+    void an_address_query_takes_either_protocol_both_and_none();
     void null_refs_are_tolerated();
+    void flags_and_codes_have_the_usual_numbers();
     void without_a_bus_every_call_fails_once_with_null_texts_data();
     void without_a_bus_every_call_fails_once_with_null_texts();
     void processing_with_nothing_to_read_returns_at_once();
@@ -167,11 +169,37 @@ void tst_dns_sd::a_call_without_what_it_needs_is_refused()
     QVERIFY(!ref || ref == untouched);
 }
 
+void tst_dns_sd::an_address_query_takes_either_protocol_both_and_none()
+{
+    for (const DNSServiceProtocol protocol : {0, 1, 2, 3}) {
+        DNSServiceRef ref = nullptr;
+        QCOMPARE(DNSServiceGetAddrInfo(&ref, 0, 0, protocol, "host.local.", on_address, &heard), 0);
+        DNSServiceRefDeallocate(ref);
+    }
+}
+
 void tst_dns_sd::null_refs_are_tolerated()
 {
     QCOMPARE(DNSServiceRefSockFD(nullptr), -1);
     QCOMPARE(DNSServiceProcessResult(nullptr), DNSServiceErrorType(kDNSServiceErr_BadParam));
     DNSServiceRefDeallocate(nullptr);
+}
+
+// Else a program built for another library of these calls would not understand this one.
+void tst_dns_sd::flags_and_codes_have_the_usual_numbers()
+{
+    QCOMPARE(int(kDNSServiceErr_Unknown), -65537);
+    QCOMPARE(int(kDNSServiceErr_NoMemory), -65539);
+    QCOMPARE(int(kDNSServiceErr_BadParam), -65540);
+    QCOMPARE(int(kDNSServiceErr_NameConflict), -65548);
+    QCOMPARE(int(kDNSServiceErr_ServiceNotRunning), -65563);
+    QCOMPARE(int(kDNSServiceErr_Timeout), -65568);
+    QCOMPARE(int(kDNSServiceFlagsMoreComing), 0x1);
+    QCOMPARE(int(kDNSServiceFlagsAdd), 0x2);
+    QCOMPARE(int(kDNSServiceFlagsForceMulticast), 0x400);
+    QCOMPARE(int(kDNSServiceFlagsTimeout), 0x10000);
+    QCOMPARE(int(kDNSServiceProtocol_IPv4), 0x1);
+    QCOMPARE(int(kDNSServiceProtocol_IPv6), 0x2);
 }
 
 void tst_dns_sd::without_a_bus_every_call_fails_once_with_null_texts_data()

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void a_name_that_is_taken_gets_a_number();
     void a_service_without_name_gets_that_of_the_machine();
     void a_type_that_is_none_is_an_error_reply();
+    void a_resolve_of_a_type_that_is_none_is_an_error_reply();
     void a_txt_record_that_is_none_is_an_error_reply();
     void a_browse_on_one_interface_finds_what_is_there();
     void a_callback_may_release_another_ref();
@@ -44,6 +45,7 @@ private:
         uint16_t port = 0;
         QByteArray txt;
         QHostAddress address;
+        uint32_t ttl = 0;
     };
 
     static void hear(const Reply &reply);
@@ -76,7 +78,7 @@ void tst_dns_sd_road::on_browse(DNSServiceRef ref, DNSServiceFlags flags, uint32
                                 DNSServiceErrorType code, const char *name, const char *type,
                                 const char *domain, void *)
 {
-    Reply reply{ref, flags, interface, code, name, type, domain, {}, 0, {}, {}};
+    Reply reply{ref, flags, interface, code, name, type, domain, {}, 0, {}, {}, 0};
     hear(reply);
 }
 
@@ -85,20 +87,20 @@ void tst_dns_sd_road::on_resolve(DNSServiceRef ref, DNSServiceFlags flags, uint3
                                  uint16_t port, uint16_t txt_size, const unsigned char *txt, void *)
 {
     const QByteArray bytes(reinterpret_cast<const char *>(txt), txt_size);
-    hear({ref, flags, interface, code, full_name, {}, {}, host, port, bytes, {}});
+    hear({ref, flags, interface, code, full_name, {}, {}, host, port, bytes, {}, 0});
 }
 
 void tst_dns_sd_road::on_address(DNSServiceRef ref, DNSServiceFlags flags, uint32_t interface,
                                  DNSServiceErrorType code, const char *host, const sockaddr *address,
-                                 uint32_t, void *)
+                                 uint32_t ttl, void *)
 {
-    hear({ref, flags, interface, code, host, {}, {}, {}, 0, {}, QHostAddress(address)});
+    hear({ref, flags, interface, code, host, {}, {}, {}, 0, {}, QHostAddress(address), ttl});
 }
 
 void tst_dns_sd_road::on_register(DNSServiceRef ref, DNSServiceFlags flags, DNSServiceErrorType code,
                                   const char *name, const char *type, const char *domain, void *)
 {
-    hear({ref, flags, 0, code, name, type, domain, {}, 0, {}, {}});
+    hear({ref, flags, 0, code, name, type, domain, {}, 0, {}, {}, 0});
 }
 
 DNSServiceRef tst_dns_sd_road::announce(const char *name, const char *type, const QByteArray &txt,
@@ -175,6 +177,7 @@ void tst_dns_sd_road::a_service_is_found_as_it_was_announced_and_goes_with_its_r
     QCOMPARE(reply.interface, lo);
     QCOMPARE(reply.name, QByteArray("lab.local."));
     QCOMPARE(reply.address, QHostAddress("127.0.0.1"));
+    QCOMPARE(reply.ttl, uint32_t(120));
 
     DNSServiceRefDeallocate(announced);
     reply = next_reply(browsed);
@@ -244,6 +247,16 @@ void tst_dns_sd_road::a_type_that_is_none_is_an_error_reply()
 {
     DNSServiceRef ref = browse("no type at all");
     QVERIFY(ref);
+    const Reply reply = next_reply(ref);
+    QCOMPARE(reply.code, DNSServiceErrorType(kDNSServiceErr_BadParam));
+    QVERIFY(reply.name.isNull());
+    DNSServiceRefDeallocate(ref);
+}
+
+void tst_dns_sd_road::a_resolve_of_a_type_that_is_none_is_an_error_reply()
+{
+    DNSServiceRef ref = nullptr;
+    QCOMPARE(DNSServiceResolve(&ref, 0, 0, "Name", "no type at all", "local.", on_resolve, nullptr), 0);
     const Reply reply = next_reply(ref);
     QCOMPARE(reply.code, DNSServiceErrorType(kDNSServiceErr_BadParam));
     QVERIFY(reply.name.isNull());

@@ -21,6 +21,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/tab_kit.h"
 #include "settings/tab_order.h"
+#include "settings/window_picture.h"
 
 namespace
 {
@@ -52,6 +53,7 @@ Client_Conf::Client_Conf(Device_Desc *device, QWidget *parent)
 {
     conf_dialog = this;
     resize(plattform->window_width, plattform->window_height);
+    free_picture_when_hidden(this);
     make_widgets();
     place_widgets();
     connect_widgets();

@@ -16,6 +16,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/tab_kit.h"
 #include "settings/tab_order.h"
+#include "settings/window_picture.h"
 
 namespace
 {
@@ -36,6 +37,7 @@ Client_Conf_StatIP::Client_Conf_StatIP(Device_Desc *device, QWidget *parent)
     , device(device)
 {
     resize(plattform->window_width, plattform->window_height);
+    free_picture_when_hidden(this);
     make_widgets();
     place_widgets();
     connect(dhcp_radio, &QRadioButton::pressed, this, &Client_Conf_StatIP::dhcp_pressed);

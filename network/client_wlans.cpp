@@ -19,6 +19,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rztreewidget.h"
 #include "settings/tab_order.h"
+#include "settings/window_picture.h"
 
 namespace
 {
@@ -30,6 +31,7 @@ Client_WLANs::Client_WLANs(Device_Desc *device, QWidget *parent)
     , device(device)
 {
     resize(plattform->window_width, plattform->window_height);
+    free_picture_when_hidden(this);
     make_tree();
     make_buttons();
     place_widgets();
@@ -43,6 +45,11 @@ Client_WLANs::Client_WLANs(Device_Desc *device, QWidget *parent)
 
     post_json(this, device->configure_url, R"({"action": "wifiscan"})", "text/plain",
               SLOT(replyFinished(QNetworkReply *)));
+}
+
+Client_WLANs::~Client_WLANs()
+{
+    delete reset_button; // the only widget here that has no parent
 }
 
 void Client_WLANs::make_tree()

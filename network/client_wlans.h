@@ -23,6 +23,7 @@ class Client_WLANs : public QDialog
 
 public:
     Client_WLANs(Device_Desc *device, QWidget *parent);
+    ~Client_WLANs() override;
 
     QPointer<Device_Desc> device; // null once the record is gone
     QTreeWidget *tree = nullptr;  // columns: name (holds the QJsonValue under Qt::UserRole), signal

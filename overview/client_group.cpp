@@ -17,6 +17,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/rztreewidget.h"
 #include "settings/tab_order.h"
+#include "settings/window_picture.h"
 
 namespace
 {
@@ -42,6 +43,7 @@ Client_Group::Client_Group(Device_Desc *device, QWidget *parent)
     , device(device)
 {
     resize(plattform->window_width, plattform->window_height);
+    free_picture_when_hidden(this);
     make_widgets();
     place_widgets();
     show_group_state();

@@ -114,8 +114,8 @@ void Client_Overview::make_labels()
 {
     hint_label = new QLabel(tr("The Speakers and your device have to be in the same WLAN!"), this);
     hint_label->setVisible(!is_phone());
-    status_label =
-        new QLabel(is_phone() ? tr("<b>Searching...</b>") : tr("<b>Searching Speakers...</b>"), this);
+    const QString searching = is_phone() ? tr("<b>Searching...</b>") : tr("<b>Searching Speakers...</b>");
+    status_label = new QLabel(searching, this);
     spinner_label = new Busy_Label(this);
     spinner_movie = spinner_label->movie();
 }

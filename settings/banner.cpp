@@ -3,6 +3,7 @@
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
+#include "settings/picture_cache.h"
 #include "settings/rzpixmaplabel.h"
 
 namespace
@@ -19,6 +20,7 @@ QString banner_path(const QString &name)
 RZPixmapLabel *make_banner(const QString &name)
 {
     auto *banner = new RZPixmapLabel(nullptr);
-    banner->setPixmap(QPixmap(banner_path(name)));
+    const QString path = banner_path(name);
+    banner->setPixmap(cached_picture(path, [&path] { return QPixmap(path); }));
     return banner;
 }

@@ -69,8 +69,8 @@ void Client_Hood::build_delay()
 {
     delay_slider = make_slider(0, delay_max, 10);
     add_caption(grid, 3, tr("Time Delay:"), delay_slider);
-    delay_label =
-        new QLabel(delay_text(0) + " (125msec)"); // a fixed reference that the first movement takes away
+    // A fixed reference, which the first movement takes away.
+    delay_label = new QLabel(delay_text(0) + " (125msec)");
     grid->addWidget(delay_slider, 4, 0, 1, 2);
     grid->addWidget(delay_label, 5, 0);
 }

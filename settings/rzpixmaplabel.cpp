@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settings/rzpixmaplabel.h"
 
+#include "settings/picture_cache.h"
+
 RZPixmapLabel::RZPixmapLabel(QWidget *parent)
     : QLabel(parent)
 {
@@ -20,7 +22,9 @@ QPixmap RZPixmapLabel::scaled_pixmap() const
     // Scaling a null picture gives a null picture as well, but with a warning.
     if (source_pixmap.isNull())
         return QPixmap();
-    return source_pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    const QString name = QString("%1 at %2x%3").arg(source_pixmap.cacheKey()).arg(width()).arg(height());
+    return cached_picture(
+        name, [this] { return source_pixmap.scaled(size(), Qt::KeepAspectRatio, Qt::SmoothTransformation); });
 }
 
 int RZPixmapLabel::heightForWidth(int width) const

@@ -24,6 +24,7 @@
 #include "settings/rzpixmaplabel.h"
 #include "settings/tab_kit.h"
 #include "settings/tab_order.h"
+#include "settings/window_picture.h"
 #include "update/web_file.h"
 
 namespace
@@ -84,6 +85,7 @@ Client_Update::Client_Update(Device_Desc *device, QWidget *parent)
     , device(device)
 {
     resize(plattform->window_width, plattform->window_height);
+    free_picture_when_hidden(this);
     setWindowTitle(tr("Update Speaker Firmware"));
     make_widgets();
     place_widgets();
@@ -161,11 +163,17 @@ void Client_Update::radioClicked(bool)
     enable(flash_button, false);
 }
 
+// Never deleted: it serves one job, which may outlive the dialog.
+Web_File *Client_Update::new_job()
+{
+    return new Web_File;
+}
+
 void Client_Update::checkFile()
 {
     if (!device)
         return;
-    auto *file = new Web_File;
+    Web_File *const file = new_job();
     connect(file, &Web_File::fileSizeFinished, this, &Client_Update::fileSize);
     connect(file, &Web_File::fileSizeError, this, &Client_Update::fileError);
     const QString url = host_radio->isChecked() ? host_file_url() : url_edit->text() + "ventaro.swu";

@@ -14,6 +14,7 @@ class QPushButton;
 class QRadioButton;
 class QTextStream;
 class Virelos;
+class Web_File;
 
 // The dialog that upgrades one speaker. The Wi-Fi module fetches its firmware by itself from a URL and is
 // polled for its status; the amplifier processor, the host, is fed line by line from here. Either needs a
@@ -67,6 +68,7 @@ private:
     void make_widgets();
     void place_widgets();
     void connect_widgets();
+    static Web_File *new_job();
     QString host_file_url() const;
     int speaker_type() const;
     void show_status(int status, int errinfo);

@@ -26,7 +26,7 @@ void Client_Update::updateFirmwareHOST()
 {
     if (flash_file)
         return; // lines go out, and the buttons stay enabled meanwhile
-    auto *file = new Web_File;
+    Web_File *const file = new_job();
     // downloadFileError is left alone: a failed download reaches the same slot, which is meant.
     connect(file, &Web_File::downloadFileFinished, this, &Client_Update::hostDownloadFilefinished);
     file->download(host_file_url());

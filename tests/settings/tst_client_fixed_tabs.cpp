@@ -12,12 +12,14 @@
 #include "app/rzplattform.h"
 #include "device/device_desc.h"
 #include "device/speaker_types.h"
+#include "overview/client_overview.h"
 #include "settings/client_settings_air.h"
 #include "settings/client_settings_sub.h"
 #include "settings/client_settings_sub_eq.h"
 #include "settings/rzslider.h"
 #include "tests/settings/probe_air.h"
 #include "tests/settings/probe_sub.h"
+#include "zeroconf/qzeroconf.h"
 
 // Opening a speaker where one fixed tab of a kind is pointed at the chosen one.
 class tst_client_fixed_tabs : public QObject
@@ -27,7 +29,7 @@ class tst_client_fixed_tabs : public QObject
 private slots:
     void initTestCase();
     void init();
-    void cleanup() { delete client; }
+    void cleanup();
     void a_phone_starts_with_a_disabled_air_tab();
     void other_classes_have_no_fixed_tab_data();
     void other_classes_have_no_fixed_tab();
@@ -83,6 +85,13 @@ void tst_client_fixed_tabs::init()
     attic = std::make_unique<Device_Desc>(nullptr, false, QString());
     attic->set_name("Attic");
     attic->control = attic_sub.get();
+}
+
+void tst_client_fixed_tabs::cleanup()
+{
+    QZeroConf *const zeroconf = client ? overview->zeroConf : nullptr;
+    delete client;
+    delete zeroconf;
 }
 
 void tst_client_fixed_tabs::make_client(int device_class)
@@ -300,6 +309,7 @@ void tst_client_fixed_tabs::other_tabs_are_added_behind_the_fixed_ones()
     make_client(DEVICE_PHONE);
     sender_device = kitchen.get();
     Device_Desc group(nullptr, true, "Party");
+    const std::unique_ptr<Virelos> control(group.control);
     client->show_group(&group);
     QCOMPARE(group.tab_index, 4);
     QCOMPARE(client->tabs->tabText(4), QString("Party"));

@@ -205,10 +205,12 @@ void tst_client_settings_sub_eq::without_a_subwoofer_placeholders_stand()
 void tst_client_settings_sub_eq::without_a_subwoofer_nothing_happens()
 {
     const Client_Settings_Sub_EQ none(nullptr, nullptr);
+    const QSignalSpy moved(none.gain_slider, &QSlider::valueChanged);
     none.freq_slider->setValue(100);
-    none.gain_slider->setValue(0);
+    none.gain_slider->setValue(-6);
     none.q_slider->setValue(5);
     none.eq_check->setChecked(true);
+    QCOMPARE(moved.size(), 1);
     QCOMPARE(read_outs(none), (QStringList{"Hz", "dB", "Q / 1"}));
 }
 

@@ -12,6 +12,7 @@
 #include "app/rzplattform.h"
 #include "control/virelo_group.h"
 #include "device/device_desc.h"
+#include "overview/client_overview.h"
 #include "settings/client_hood.h"
 #include "settings/client_settings_air.h"
 #include "settings/client_settings_empty.h"
@@ -21,6 +22,7 @@
 #include "settings/client_settings_sub_profiles.h"
 #include "tests/settings/probe_air.h"
 #include "tests/settings/probe_sub.h"
+#include "zeroconf/qzeroconf.h"
 
 // Opening a speaker where each record has a tab of its own.
 class tst_client_show : public QObject
@@ -30,7 +32,7 @@ class tst_client_show : public QObject
 private slots:
     void initTestCase();
     void init();
-    void cleanup() { delete client; }
+    void cleanup();
     void a_speaker_gets_a_tab_with_its_name_at_the_first_opening_data();
     void a_speaker_gets_a_tab_with_its_name_at_the_first_opening();
     void opening_it_again_only_selects_its_tab();
@@ -84,6 +86,13 @@ void tst_client_show::init()
     cellar->control = cellar_sub.get();
     client = new Client(nullptr);
     QCOMPARE(client->tabs->count(), 1);
+}
+
+void tst_client_show::cleanup()
+{
+    QZeroConf *const zeroconf = overview->zeroConf;
+    delete client;
+    delete zeroconf;
 }
 
 void tst_client_show::add_device_classes()
@@ -270,6 +279,7 @@ void tst_client_show::a_group_gets_a_tab_with_its_name_once()
 {
     sender_device = kitchen.get();
     Device_Desc group(nullptr, true, "Party");
+    const std::unique_ptr<Virelos> control(group.control);
     group.tab_index = 0; // that of the overview
     for (int opening = 0; opening < 2; ++opening) {
         client->tabs->setCurrentIndex(0);
@@ -303,6 +313,7 @@ void tst_client_show::a_group_without_a_master_gets_a_tab_that_operates_nothing(
 {
     QVERIFY(!sender_device);
     Device_Desc group(nullptr, true, "Party");
+    const std::unique_ptr<Virelos> control(group.control);
     client->show_group(&group);
     QCOMPARE(client->tabs->tabText(1), QString("Party"));
     QCOMPARE(client->tabs->currentIndex(), 1);

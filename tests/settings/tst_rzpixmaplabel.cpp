@@ -17,6 +17,7 @@ private slots:
     void size_hint_asks_a_derived_class_for_its_height();
     void the_picture_is_scaled_to_the_label_by_its_aspect_ratio();
     void a_resize_scales_the_full_size_picture_anew();
+    void labels_of_one_size_share_the_scaled_picture();
     void a_resize_without_picture_does_nothing_and_says_nothing();
     void a_null_picture_takes_the_picture_away_and_says_nothing();
     void the_slots_stand_in_order();
@@ -109,6 +110,22 @@ void tst_rzpixmaplabel::a_resize_scales_the_full_size_picture_anew()
     label.resize(800, 300);
     QTRY_COMPARE(label.pixmap(Qt::ReturnByValue).size(), QSize(600, 300));
     QCOMPARE(label.source_pixmap.size(), QSize(400, 200));
+}
+
+void tst_rzpixmaplabel::labels_of_one_size_share_the_scaled_picture()
+{
+    const QPixmap source = picture(640, 219);
+    RZPixmapLabel first(nullptr);
+    RZPixmapLabel second(nullptr);
+    for (RZPixmapLabel *label : {&first, &second}) {
+        label->resize(320, 200);
+        label->setPixmap(source);
+    }
+    QCOMPARE(first.scaled_pixmap().cacheKey(), second.scaled_pixmap().cacheKey());
+
+    second.setPixmap(picture(640, 300)); // another one of the same size is not mistaken for it
+    QVERIFY(first.scaled_pixmap().cacheKey() != second.scaled_pixmap().cacheKey());
+    QCOMPARE(second.scaled_pixmap().size(), QSize(320, 150));
 }
 
 void tst_rzpixmaplabel::a_resize_without_picture_does_nothing_and_says_nothing()

@@ -12,15 +12,13 @@
 #include <QApplication>
 #include <QTimer>
 #include <QTreeWidget>
-#include <arpa/inet.h>
 #include <cstdio>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include "app/client.h"
 #include "app/globals.h"
 #include "app/rzplattform.h"
+#include "bench/tools/bare_link.h"
 #include "bench/tools/child_process.h"
 #include "bench/tools/counts.h"
 #include "bench/tools/house_of.h"
@@ -98,22 +96,10 @@ private:
 
 // Beside it
 
-int connect_to(const QString &address, quint16 port)
-{
-    sockaddr_in peer = {};
-    peer.sin_family = AF_INET;
-    peer.sin_port = htons(port);
-    inet_pton(AF_INET, qPrintable(address), &peer.sin_addr);
-    const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
-    if (descriptor < 0 || connect(descriptor, reinterpret_cast<sockaddr *>(&peer), sizeof peer) != 0)
-        give_up("the bare socket cannot connect");
-    return descriptor;
-}
-
 void ask_over_one_link(const QString &address, const QList<QByteArray> &queries)
 {
-    const int at = connect_to(address, 8991);
-    const int host = connect_to(address, 8990);
+    const int at = connect_bare(address, 8991);
+    const int host = connect_bare(address, 8990);
     for (const QByteArray &query : queries) {
         const QByteArray frame = "RZ?" + query + '\n';
         char answer[100];
@@ -166,7 +152,7 @@ int main(int argc, char *argv[])
 
     QCoreApplication application(argc, argv);
     Table table({"speakers", "ms until all stand in the tree", "beside one speaker", "beside bare sockets",
-                 "redraws", "longest pause, ms", "of it own processor time, ms"});
+                 "redraws", "longest pause, ms", "of its own processor time, ms"});
     qint64 one = 0;
     for (const int count : counts_asked_for(QCoreApplication::arguments(), {1, 10, 50, 100, 250})) {
         const Figures figures = measure(QCoreApplication::applicationFilePath(), count);
@@ -174,8 +160,8 @@ int main(int argc, char *argv[])
         if (one == 0)
             one = row;
         table.add_row({whole(count), in_ms(row), ratio(row, one), ratio(row, median(figures.bare_us)),
-                       whole(median(figures.redraws)), in_ms(median(figures.pause_us)),
-                       in_ms(median(figures.pause_cpu_us))});
+                       whole(median(figures.redraws)), in_ms(percentile(figures.pause_us, 100)),
+                       in_ms(percentile(figures.pause_cpu_us, 100))});
     }
     table.print();
     return 0;

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "app/globals.h"
+#include "bench/tools/bare_link.h"
 #include "bench/tools/child_process.h"
 #include "bench/tools/house_of.h"
 #include "bench/tools/table.h"
@@ -49,7 +50,7 @@ void move_slider(Virelo_Group &group, const House_Of &house, int speakers, int v
         house.speaker(number).clear_record();
     QThread::msleep(rest_ms);
 
-    const QByteArray frame = "RZ!vo" + QByteArray::number(volume).rightJustified(3, '0') + '\n';
+    const QByteArray frame = volume_frame(volume);
     const qint64 begin = monotonic_us();
     group.set_volume(volume);
     times.call_us.push_back(monotonic_us() - begin);

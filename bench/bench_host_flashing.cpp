@@ -19,14 +19,12 @@
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
-#include <arpa/inet.h>
 #include <functional>
-#include <netinet/in.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include "app/globals.h"
 #include "app/rzplattform.h"
+#include "bench/tools/bare_link.h"
 #include "bench/tools/child_process.h"
 #include "bench/tools/table.h"
 #include "control/virelo_air.h"
@@ -99,31 +97,15 @@ double by_dialog(Virtual_Speaker &speaker, const QString &url)
     return lines_a_second(speaker);
 }
 
-int connect_bare(const QString &address, quint16 port)
-{
-    sockaddr_in peer = {};
-    peer.sin_family = AF_INET;
-    peer.sin_port = htons(port);
-    inet_pton(AF_INET, qPrintable(address), &peer.sin_addr);
-    const int descriptor = socket(AF_INET, SOCK_STREAM, 0);
-    if (descriptor < 0 || connect(descriptor, reinterpret_cast<sockaddr *>(&peer), sizeof peer) != 0)
-        give_up("the bare socket cannot connect");
-    return descriptor;
-}
-
 double by_bare_socket(Virtual_Speaker &speaker, const QByteArray &file)
 {
     const Speaker_Config config = speaker.config();
     const int bare = connect_bare(config.address, config.host_port);
-    const auto send = [bare](const QByteArray &bytes) {
-        if (write(bare, bytes.constData(), static_cast<size_t>(bytes.size())) != bytes.size())
-            give_up("the bare socket cannot write");
-    };
     speaker.clear_record();
-    send("RZ!FL\n");
+    write_bare(bare, "RZ!FL\n");
     for (const QByteArray &line : file.trimmed().split('\n')) {
         char answer[16];
-        send(line + '\n');
+        write_bare(bare, line + '\n');
         if (read(bare, answer, sizeof answer) <= 0)
             give_up("the bare socket gets no answer");
         QThread::msleep(pause_ms);

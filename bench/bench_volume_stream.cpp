@@ -9,6 +9,7 @@
 #include <QLoggingCategory>
 #include <QThread>
 
+#include "bench/tools/bare_link.h"
 #include "bench/tools/child_process.h"
 #include "bench/tools/table.h"
 #include "control/virelo_air.h"
@@ -29,11 +30,6 @@ int volume_of(int round, int change)
     return (change * 7 + round * 13) % 101;
 }
 
-QByteArray frame_of(int volume)
-{
-    return "RZ!vo" + QByteArray::number(volume).rightJustified(3, '0') + '\n';
-}
-
 void add_row(Table &table, int round, const QList<Recorded_Line> &frames, qint64 begin_us,
              qint64 last_change_us, int last_volume)
 {
@@ -42,7 +38,7 @@ void add_row(Table &table, int round, const QList<Recorded_Line> &frames, qint64
     const qint64 limit = span / pace_us + 1;
     table.add_row({whole(round + 1), whole(frames.size()), whole(limit), ratio(frames.size(), limit),
                    in_ms(frames.first().us - begin_us), in_ms(frames.last().us - last_change_us),
-                   frames.last().line == frame_of(last_volume) ? "the last" : "AN OLD ONE"});
+                   frames.last().line == volume_frame(last_volume) ? "the last" : "AN OLD ONE"});
 }
 } // namespace
 

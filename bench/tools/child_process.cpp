@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -45,13 +46,11 @@ Child_Process::Child_Process(const QString &program, const QStringList &argument
     QList<QByteArray> variables = in_bytes(whole.toStringList());
 
     int ends[2];
-    if (pipe(ends) != 0)
+    if (pipe2(ends, O_CLOEXEC) != 0)
         give_up("there is no pipe to be had");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addclose(&actions, ends[0]);
-    posix_spawn_file_actions_addclose(&actions, ends[1]);
     begin = monotonic_us();
     const int error = posix_spawnp(&process, words.first().constData(), &actions, nullptr,
                                    pointers(words).data(), pointers(variables).data());

@@ -32,4 +32,18 @@ function(virelo_add_program target core)
     target_link_libraries(${target} PRIVATE ${core} virelo_dns_sd)
     target_compile_definitions(${target} PRIVATE VIRELO_MAKER_DOMAIN="${VIRELO_MAKER_DOMAIN}"
                                VIRELO_APP_ID="${VIRELO_APP_ID}")
+    virelo_tell_tsan_of_qt(${target})
+endfunction()
+
+# virelo_tell_tsan_of_qt(TARGET): lets the thread sanitizer see the locks of Qt, which is not built for it, in a program.
+function(virelo_tell_tsan_of_qt target)
+    if(NOT VIRELO_SANITIZE MATCHES "thread")
+        return()
+    endif()
+    if(NOT TARGET virelo_qt_for_tsan)
+        add_library(virelo_qt_for_tsan OBJECT "${PROJECT_SOURCE_DIR}/tests/fakes/qt_for_tsan.cpp")
+        target_link_libraries(virelo_qt_for_tsan PUBLIC virelo_flags Qt5::Core ${CMAKE_DL_LIBS})
+        set_target_properties(virelo_qt_for_tsan PROPERTIES AUTOMOC OFF)
+    endif()
+    target_link_libraries(${target} PRIVATE virelo_qt_for_tsan)
 endfunction()

@@ -51,7 +51,8 @@ endif()
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT VIRELO_SANITIZE)
     # What ships is hardened as distributions want it.
     target_compile_options(virelo_flags INTERFACE $<$<CONFIG:Release>:-fstack-protector-strong>)
-    target_compile_definitions(virelo_flags INTERFACE $<$<CONFIG:Release>:_FORTIFY_SOURCE=2>)
+    # Some compilers come with a value of their own.
+    target_compile_options(virelo_flags INTERFACE $<$<CONFIG:Release>:-U_FORTIFY_SOURCE> $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
     target_link_options(virelo_flags INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
 endif()
 if(VIRELO_SANITIZE)
@@ -66,6 +67,7 @@ if(VIRELO_SANITIZE)
     endif()
 endif()
 if(VIRELO_COVERAGE)
-    target_compile_options(virelo_flags INTERFACE --coverage -fprofile-abs-path)
+    # Workers and window count the same lines at the same time: without atomic counters some of it would be lost.
+    target_compile_options(virelo_flags INTERFACE --coverage -fprofile-abs-path -fprofile-update=atomic)
     target_link_options(virelo_flags INTERFACE --coverage)
 endif()

@@ -34,6 +34,7 @@ void tell_what_shows()
     out << "organisation: " << QCoreApplication::organizationName() << '\n'
         << "domain: " << QCoreApplication::organizationDomain() << '\n'
         << "application: " << QCoreApplication::applicationName() << '\n'
+        << "desktop file: " << QGuiApplication::desktopFileName() << '\n'
         << "title: " << client->windowTitle() << '\n'
         << "first tab: " << client->tabs->tabText(0) << '\n'
         << "quit: " << overview->quit_button->text() << '\n'
@@ -122,6 +123,7 @@ private slots:
     void console_holds_the_log_but_its_first_line();
     void exit_code_is_that_of_the_event_loop();
     void organisation_is_set();
+    void desktops_know_it_by_the_name_of_its_desktop_file();
     void texts_follow_the_locale_data();
     void texts_follow_the_locale();
     void debug_setting_changed_at_run_time_waits_for_the_next_start();
@@ -280,6 +282,11 @@ void tst_startup::organisation_is_set()
     const Run run = run_program("quit");
     QVERIFY(run.out.startsWith("organisation: VIRELO\ndomain: " VIRELO_MAKER_DOMAIN
                                "\napplication: VireloApp\n"));
+}
+
+void tst_startup::desktops_know_it_by_the_name_of_its_desktop_file()
+{
+    QVERIFY(run_program("quit").out.contains("\ndesktop file: " VIRELO_APP_ID "\n"));
 }
 
 void tst_startup::texts_follow_the_locale_data()

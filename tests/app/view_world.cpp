@@ -85,6 +85,7 @@ QWidget *View_World::open_tab(const QString &view)
     else if (view == "group") {
         sender_device = master;
         auto *group = new Device_Desc(client, true, "Party");
+        delete group->control;
         group->control = &party;
         client->show_group(group);
     }

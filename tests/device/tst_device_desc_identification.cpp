@@ -12,6 +12,7 @@
 #include "device/device_desc.h"
 #include "simulator/loopback.h"
 #include "simulator/virtual_speaker.h"
+#include "tests/device/in_flight.h"
 #include "tests/fakes/log_capture.h"
 
 namespace
@@ -86,7 +87,7 @@ void tst_device_desc_identification::cleanup()
         end(record->control);
     record.reset();
     speaker.reset();
-    QCOMPARE(resolves_running, 0);
+    QCOMPARE(in_flight(), 0);
 }
 
 void tst_device_desc_identification::end(Virelos *control)
@@ -127,7 +128,7 @@ void tst_device_desc_identification::identify()
     record->resolve_started();
     record->start();
     QVERIFY(record->wait());
-    QCOMPARE(resolves_running, 0);
+    QCOMPARE(in_flight(), 0);
     QCOMPARE(completed.count(), 1);
     QVERIFY(record->control);
     QCOMPARE(last_typed_device, record.data());
@@ -351,7 +352,7 @@ void tst_device_desc_identification::everything_of_a_speaker_comes_in_and_is_tol
     connect(record.data(), &Device_Desc::all_resolves_completed, this, [&told] { told++; });
     record->set_QZeroConfService(service());
     QTRY_VERIFY(record->isFinished());
-    QTRY_COMPARE(resolves_running, 0);
+    QTRY_COMPARE(in_flight(), 0);
     QTRY_COMPARE(told, 1);
     QVERIFY(qobject_cast<Virelo_Sub *>(record->control));
     QVERIFY(record->cell_master);
@@ -393,7 +394,7 @@ void tst_device_desc_identification::a_record_may_be_destroyed_between_two_answe
     QVERIFY(speaker->wait_for_host_lines(2));
     QVERIFY(record->isRunning());
     record.reset();
-    QCOMPARE(resolves_running, 0);
+    QCOMPARE(in_flight(), 0);
 }
 
 void tst_device_desc_identification::a_discarded_record_at_rest_is_gone_at_once()
@@ -439,10 +440,10 @@ void tst_device_desc_identification::a_discarded_record_takes_one_answer_more_an
     discarded->discard();
     QVERIFY(discarded); // not under its running thread, and not by waiting for it
     QVERIFY(!discarded->parent());
-    QCOMPARE(resolves_running, 1);
+    QCOMPARE(in_flight(), 1);
     speaker->send_host(answer);
     QTRY_VERIFY(!discarded);
-    QCOMPARE(resolves_running, 0);
+    QCOMPARE(in_flight(), 0);
     QCOMPARE(told, 0);
     QVERIFY(!last_typed_device);
     QVERIFY(speaker->wait_for_host_open(0));
@@ -466,11 +467,11 @@ void tst_device_desc_identification::a_discarded_record_handles_no_late_reply()
     record->request_device_status();
     QVERIFY(speaker->wait_for_host_line(type_query));
     QTRY_COMPARE(speaker->http_requests().size(), 6);
-    QCOMPARE(resolves_running, 7);
+    QCOMPARE(in_flight(), 7);
 
     discarded->discard();
     QVERIFY(discarded);
-    QCOMPARE(resolves_running, 2);
+    QCOMPARE(in_flight(), 2);
     faults.http = Http_Fault::none;
     speaker->set_faults(faults);
     QTRY_VERIFY(!record->model.isEmpty());
@@ -481,7 +482,7 @@ void tst_device_desc_identification::a_discarded_record_handles_no_late_reply()
 
     speaker->send_host("RZ#0022\r");
     QTRY_VERIFY(!discarded);
-    QCOMPARE(resolves_running, 0);
+    QCOMPARE(in_flight(), 0);
     QVERIFY(!sender_device);
 }
 

@@ -7,11 +7,40 @@
 #include <QTimer>
 #include <functional>
 #include <memory>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "device/json_http.h"
 #include "simulator/loopback.h"
 #include "tests/device/http_peer.h"
 #include "tests/fakes/log_capture.h"
+
+namespace
+{
+int times_given_back = 0;
+
+// While it lives no timer object of this thread fires.
+class Timers_Held : public QObject
+{
+public:
+    Timers_Held() { QCoreApplication::instance()->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        return event->type() == QEvent::Timer && qobject_cast<QTimer *>(watched);
+    }
+};
+} // namespace
+
+#ifdef __GLIBC__
+// In place of the C library's, whose work is not seen from here.
+extern "C" int malloc_trim(size_t) noexcept
+{
+    ++times_given_back;
+    return 1;
+}
+#endif
 
 // Keeps what it is told of each reply.
 class Owner : public QObject
@@ -51,9 +80,15 @@ private slots:
     void the_reply_stays_while_its_slot_runs_events();
     void failures_come_as_replies_too_data();
     void failures_come_as_replies_too();
+    void a_reply_of_1_MiB_arrives_whole();
+    void a_longer_one_does_not();
     void a_silent_speaker_leaves_it_open();
     void an_owner_that_goes_takes_its_request_along();
     void an_owner_may_go_in_the_slot();
+#ifdef __GLIBC__
+    void what_fifty_at_once_have_taken_is_given_back_data();
+    void what_fifty_at_once_have_taken_is_given_back();
+#endif
     void bytes_are_read_as_an_object_data();
     void bytes_are_read_as_an_object();
     void a_reply_is_logged_and_read_as_an_object_data();
@@ -172,6 +207,22 @@ void tst_json_http::failures_come_as_replies_too()
     QCOMPARE(owner->bodies.first(), body);
 }
 
+void tst_json_http::a_reply_of_1_MiB_arrives_whole()
+{
+    const QByteArray body(1024 * 1024, 'x');
+    peer->answer = http_answer(body);
+    post();
+    QTRY_COMPARE(owner->bodies, QByteArrayList{body});
+}
+
+void tst_json_http::a_longer_one_does_not()
+{
+    peer->answer = http_answer(QByteArray(1024 * 1024 + 1, 'x'));
+    post();
+    QTRY_COMPARE(owner->errors, QList<QNetworkReply::NetworkError>{QNetworkReply::NoError});
+    QVERIFY(owner->bodies.first().size() < 1024 * 1024);
+}
+
 void tst_json_http::a_silent_speaker_leaves_it_open()
 {
     const QPointer<QNetworkAccessManager> manager = post();
@@ -196,6 +247,35 @@ void tst_json_http::an_owner_may_go_in_the_slot()
     peer->answer = http_answer("{}");
     QTRY_VERIFY(!manager);
 }
+
+#ifdef __GLIBC__
+void tst_json_http::what_fifty_at_once_have_taken_is_given_back_data()
+{
+    QTest::addColumn<int>("requests");
+    QTest::addColumn<int>("times");
+    QTest::newRow("less") << 49 << 0;
+    QTest::newRow("as many") << 50 << 1;
+    QTest::newRow("less again") << 49 << 0;
+}
+
+void tst_json_http::what_fifty_at_once_have_taken_is_given_back()
+{
+    QFETCH(int, requests);
+    times_given_back = 0;
+    peer->answer = http_answer("{}");
+    QList<QPointer<QNetworkAccessManager>> managers;
+    {
+        // So that all are done before the first of them is freed.
+        const Timers_Held held;
+        for (int i = 0; i < requests; ++i)
+            managers << post();
+        QTRY_COMPARE(owner->bodies.size(), requests);
+        QCOMPARE(managers.count(nullptr), 0);
+    }
+    QTRY_COMPARE(managers.count(nullptr), requests);
+    QTEST(times_given_back, "times");
+}
+#endif
 
 void tst_json_http::bytes_are_read_as_an_object_data()
 {

@@ -31,8 +31,17 @@ import unittest
 from surroundings import (  # noqa: F401
     PATIENCE, Avahi, Black_Hole, Bus, Output, Speaker, Speakers, Wire, await_condition)
 
+SUPPRESSIONS = pathlib.Path(__file__).resolve().parent.parent / "lsan.supp"  # leaks that are meant
 OVERVIEW = "Air Selection / Setup"  # the first tab, without a catalogue
 HOME = ["Wohnzimmer links", "Wohnzimmer rechts", "Küche", "Sub Wohnzimmer", "Gästezimmer (neu)", "Werkstatt"]  # the scene
+
+
+MOST_OVERLOAD = 2  # a limit that grew with any load would let everything pass on a busy machine
+
+
+def overload():
+    """How much longer something may take, since the machine has more work than processors."""
+    return min(MOST_OVERLOAD, max(1, os.getloadavg()[0] / os.cpu_count()))
 
 
 class Display:
@@ -133,8 +142,10 @@ class Program:
             "QT_PLUGIN_PATH": os.environ["VIRELO_PROBE_PLUGINS"],
             "QT_QPA_GENERIC_PLUGINS": "virelo_probe",
             "VIRELO_PROBE_SOCKET": str(probe_path),
-            "ASAN_OPTIONS": "detect_leaks=0",
+            "ASAN_OPTIONS": os.environ.get("ASAN_OPTIONS", "intercept_tls_get_addr=0"),
+            "LSAN_OPTIONS": f"suppressions='{SUPPRESSIONS}':print_suppressions=0",
             "UBSAN_OPTIONS": "print_stacktrace=1",
+            "TSAN_OPTIONS": os.environ.get("TSAN_OPTIONS", ""),
             **(environment or {}),
         }
         environment = {name: value for name, value in environment.items() if value is not None}
@@ -335,8 +346,8 @@ class Program:
             woken[name] += count - before.get((number, name), 0)  # several threads may bear one name
         return +woken
 
-    def mark(self):
-        """Keeps the count of threads and descriptors to which they must come back, once they have come to rest."""
+    def await_rest(self):
+        """Until threads and descriptors stay as many as they are; their count."""
         seen = []
 
         def at_rest():
@@ -344,7 +355,12 @@ class Program:
             return len(seen) > 40 and len(set(seen[-40:])) == 1
 
         await_condition(at_rest, lambda: f"threads and descriptors come to rest: {seen[-40:]}")
-        self._marked = (seen[-1], self.threads(), self.descriptors())
+        return seen[-1]
+
+    def mark(self):
+        """Keeps the count of threads and descriptors to which they must come back, once they have come to rest. What was
+        before is not looked at any more: where something is to leave no trace, the mark belongs before it."""
+        self._marked = (self.await_rest(), self.threads(), self.descriptors())
 
     def unmark(self):
         """The end is not to ask for the mark again, where the test has accounted for what is not as it was."""
@@ -364,6 +380,13 @@ class Program:
             lambda: f"threads and descriptors are {wanted}, not {self.counts()}; they were {(threads, descriptors)}\n"
                     f"threads: {difference(threads_then, self.threads())}\n"
                     f"descriptors: {difference(descriptors_then, self.descriptors())}")
+
+    def move_mark(self, more_threads=0, more_descriptors=0):
+        """Until threads and descriptors are that many more than at the mark. What makes the difference stays, so from here
+        on the mark is there."""
+        self.await_mark(more_threads, more_descriptors)
+        (threads, descriptors), *names = self._marked
+        self._marked = ((threads + more_threads, descriptors + more_descriptors), *names)
 
     # How it ends
 

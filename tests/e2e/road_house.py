@@ -12,7 +12,7 @@ TYPES = [13, 14, 15, 16, 17, 18, 37, 38, 39, 40, 41, 42, 43, 99]
 SUB, UNKNOWN = 18, 99
 NAMES = [f"Speaker {number:03}" for number in range(1, COUNT + 1)]
 USUAL_DESCRIPTORS = 1024
-END = 10  # seconds; by itself it takes a fraction of one, on a machine that has nothing else to do
+END = 1  # seconds, on a machine that has nothing else to do
 
 
 def type_of(number):
@@ -56,7 +56,9 @@ class House_Test(road.Road_Test):
             begin = time.monotonic()
             program.press_quit()
             program.await_end()
-            self.assertLess(time.monotonic() - begin, END)
+            taken = time.monotonic() - begin
+            print(f"the end took {taken:.2f} s", flush=True)
+            self.assertLess(taken, END * road.overload())
 
     def test_who_leaves_and_comes_back_loses_nobody_else(self):
         with self.speakers(house()) as speakers, self.program() as program:

@@ -4,6 +4,8 @@
 import road
 from road import HOME
 
+QUIET = 15  # seconds at a stretch
+PATIENCE = 4 * QUIET  # pooled threads go when they were idle for half a minute
 WINDOW = 3  # seconds
 QT_OWN = "Qt bearer threa"  # Qt looks for network interfaces every ten seconds, once a request was made
 
@@ -16,10 +18,10 @@ class Idle_Test(road.Road_Test):
             seen = []
 
             def slept_through():
-                seen.append(program.wakeups(WINDOW))
+                seen.append(program.wakeups(QUIET))
                 return not set(seen[-1]) - {QT_OWN}
 
-            road.await_condition(slept_through, lambda: f"all threads sleep through {WINDOW} s: {seen}")
+            road.await_condition(slept_through, lambda: f"all threads sleep through {QUIET} s: {seen}", PATIENCE)
 
     def test_while_it_searches_only_the_movie_wakes_it(self):
         with self.program() as program:

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Part of every test program that is built for ThreadSanitizer. The Qt library is not built for it, so its
+// Part of every program that is built for ThreadSanitizer. The Qt library is not built for it, so its
 // locks and waits stay unseen, and whatever they protect looks like a race. These definitions stand in front
 // of the library's own: each does what the library does, and tells the sanitizer.
 #include <QDeadlineTimer>

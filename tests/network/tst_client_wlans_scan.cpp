@@ -384,6 +384,7 @@ void tst_client_wlans_scan::a_reply_fills_the_list_also_when_the_record_is_gone(
 void tst_client_wlans_scan::for_the_row_of_a_group_the_list_stays_empty()
 {
     Device_Desc group(nullptr, true, "Party");
+    const std::unique_ptr<Virelos> control(group.control);
     open(&group);
     world->start_up.log.clear(); // of the offscreen platform's own words
     QTRY_VERIFY(logged("Document is NULL"));

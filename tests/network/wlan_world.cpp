@@ -16,9 +16,11 @@ namespace
 template<class Dialog>
 void delete_all(Dialog *&last)
 {
+    QList<Dialog *> dialogs; // gathered first: a dialog may take another top-level widget along
     for (QWidget *widget : QApplication::topLevelWidgets())
         if (auto *dialog = qobject_cast<Dialog *>(widget))
-            delete dialog;
+            dialogs << dialog;
+    qDeleteAll(dialogs);
     last = nullptr;
 }
 } // namespace

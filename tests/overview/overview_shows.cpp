@@ -46,9 +46,9 @@ QString logged_service(const char *words, const QZeroConfService &service)
     return line.trimmed(); // of the blank behind the last word
 }
 
-Virelos *control_of_type(int type)
+std::unique_ptr<Virelos> control_of_type(int type)
 {
-    return new Virelo_Unknown(type, own_loopback(1), "any");
+    return std::make_unique<Virelo_Unknown>(type, own_loopback(1), "any");
 }
 
 void add_known_and_unknown_rows()

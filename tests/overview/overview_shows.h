@@ -2,11 +2,12 @@
 #pragma once
 
 #include <QStringList>
+#include <memory>
 
+#include "control/virelos.h"
 #include "zeroconf/qzeroconfservice.h"
 
 class Overview_World;
-class Virelos;
 
 // What the open overview shows and the list holds, for comparison. GUI thread only.
 
@@ -20,7 +21,7 @@ int in_flight();            // activities of all records
 // The line that is logged of a service, behind its first words.
 QString logged_service(const char *words, const QZeroConfService &service);
 
-Virelos *control_of_type(int type); // a control object that only says what it is; never freed
+std::unique_ptr<Virelos> control_of_type(int type); // a control object that only says what it is
 
 // Rows of "name", "address", "port" and whether that is one of the two records that add_known_records adds.
 void add_known_and_unknown_rows();

@@ -66,6 +66,12 @@ Client_Overview *Overview_World::open_and_show()
     return overview;
 }
 
+Device_Desc *Overview_World::add_record(const QString &name, std::unique_ptr<Virelos> control)
+{
+    controls.push_back(std::move(control));
+    return add_record(name, controls.back().get());
+}
+
 Device_Desc *Overview_World::add_record(const QString &name, Virelos *control)
 {
     auto *device = new Device_Desc(nullptr, false, "");

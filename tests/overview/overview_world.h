@@ -4,13 +4,15 @@
 #include <QList>
 #include <QPointer>
 #include <QString>
+#include <memory>
+#include <vector>
 
+#include "control/virelos.h"
 #include "device/device_desc.h"
 #include "tests/fakes/log_capture.h"
 
 class Client_Overview;
 class QTreeWidgetItem;
-class Virelos;
 
 // What start-up makes, for the length of one test: metrics of the offscreen platform's screen, an empty
 // settings store, the console and, on request, the main window. Afterwards everything is gone, and the
@@ -27,7 +29,9 @@ public:
     Client_Overview *open_and_show(); // and shows it
     void set_debug(bool debug);       // the stored setting
 
-    // A record in device_list, without a service. It is freed with this world, `control` never.
+    // A record in device_list, without a service. It is freed with this world; so is `control` where it is
+    // handed over.
+    Device_Desc *add_record(const QString &name, std::unique_ptr<Virelos> control);
     Device_Desc *add_record(const QString &name, Virelos *control);
 
     // All that the GUI thread logs meanwhile; what workers log would come at any time between.
@@ -38,4 +42,5 @@ public:
 
 private:
     QList<QPointer<Device_Desc>> records;
+    std::vector<std::unique_ptr<Virelos>> controls; // those of ours
 };

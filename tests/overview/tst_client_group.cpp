@@ -192,6 +192,7 @@ void tst_client_group::for_the_groups_own_row_nothing_is_selected()
     make_group();
     add("Hall", 1, "u-1");
     Device_Desc group(nullptr, true, "Party");
+    const std::unique_ptr<Virelos> control(group.control);
     open(&group);
     QCOMPARE(dialog->master_label->text(), QString("Master"));
     QCOMPARE(rows_of(*dialog), QStringList{"Hall: Group member"});

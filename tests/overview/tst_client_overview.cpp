@@ -302,7 +302,7 @@ void tst_client_overview::rows_and_icons_are_100_pixels_high()
     QCOMPARE(view->tree->iconSize(), QSize(100, 100));
     QCOMPARE(view->delegate.row_height, 100);
     QCOMPARE(view->tree->itemDelegate(), &view->delegate);
-    world.add_record("Kitchen", new Virelo_Unknown(255, "", "Kitchen"));
+    world.add_record("Kitchen", std::make_unique<Virelo_Unknown>(255, "", "Kitchen"));
     view->update_tree_widget();
     QCOMPARE(view->tree->visualItemRect(Overview_World::row(0)).height(), 100);
 }
@@ -448,7 +448,7 @@ void tst_client_overview::wifi_button_follows_the_rows()
     view->enableNextButton();
     QVERIFY(!view->wifi_button->isEnabled());
 
-    world.add_record("Kitchen", new Virelo_Unknown(255, "", "Kitchen"));
+    world.add_record("Kitchen", std::make_unique<Virelo_Unknown>(255, "", "Kitchen"));
     view->update_tree_widget();
     QVERIFY(!view->wifi_button->isEnabled()); // nothing but the slot enables it
     view->enableNextButton();

@@ -117,7 +117,8 @@ void tst_client_overview_clicks::click_on_a_speaker_opens_its_air_tab()
 {
     Overview_World world;
     world.open_and_show();
-    Device_Desc *device = world.add_record("Kitchen", new Virelo_Air(13, own_loopback(1), "Kitchen"));
+    Device_Desc *device =
+        world.add_record("Kitchen", std::make_unique<Virelo_Air>(13, own_loopback(1), "Kitchen"));
     overview->update_tree_widget();
     Overview_World::click(Overview_World::row(0));
     QCOMPARE(device->tab_index, 1);
@@ -133,7 +134,7 @@ void tst_client_overview_clicks::type_42_opens_an_air_tab_in_spite_of_its_pictur
 {
     Overview_World world;
     world.open_and_show();
-    world.add_record("Deep", new Virelo_Air(42, own_loopback(1), "Deep"));
+    world.add_record("Deep", std::make_unique<Virelo_Air>(42, own_loopback(1), "Deep"));
     overview->update_tree_widget();
     Overview_World::click(Overview_World::row(0));
     QVERIFY(qobject_cast<Client_Settings_Air *>(client->tabs->currentWidget()));
@@ -143,7 +144,7 @@ void tst_client_overview_clicks::second_click_on_a_speaker_only_selects_its_tab(
 {
     Overview_World world;
     world.open_and_show();
-    world.add_record("Kitchen", new Virelo_Air(13, own_loopback(1), "Kitchen"));
+    world.add_record("Kitchen", std::make_unique<Virelo_Air>(13, own_loopback(1), "Kitchen"));
     Device_Desc *hall = world.add_record("Hall", control_of_type(255));
     overview->update_tree_widget();
     for (const int row : {0, 1, 0, 1}) {

@@ -37,7 +37,8 @@ void tst_client_overview_group::click_on_a_subwoofer_opens_its_sub_tab()
 {
     Overview_World world;
     world.open_and_show();
-    Device_Desc *device = world.add_record("Cellar", new Virelo_Sub(18, own_loopback(1), "Cellar"));
+    Device_Desc *device =
+        world.add_record("Cellar", std::make_unique<Virelo_Sub>(18, own_loopback(1), "Cellar"));
     overview->update_tree_widget();
     Overview_World::click(Overview_World::row(0));
     QCOMPARE(device->tab_index, 1);
@@ -52,7 +53,7 @@ void tst_client_overview_group::click_on_the_group_row_opens_the_groups_tab()
 {
     Overview_World world;
     world.open_and_show();
-    sender_device = world.add_record("Master", new Virelo_Air(13, own_loopback(1), "Master"));
+    sender_device = world.add_record("Master", std::make_unique<Virelo_Air>(13, own_loopback(1), "Master"));
     sender_device->groupname = "Party";
     overview->update_tree_widget();
     for (int opening = 0; opening < 2; ++opening) {
@@ -72,7 +73,7 @@ void tst_client_overview_group::click_on_the_group_row_after_a_redraw_opens_a_ne
 {
     Overview_World world;
     world.open_and_show();
-    sender_device = world.add_record("Master", new Virelo_Air(13, own_loopback(1), "Master"));
+    sender_device = world.add_record("Master", std::make_unique<Virelo_Air>(13, own_loopback(1), "Master"));
     for (int redraw = 1; redraw <= 3; ++redraw) {
         overview->update_tree_widget();
         client->tabs->setCurrentIndex(0);
@@ -89,7 +90,7 @@ void tst_client_overview_group::redraws_and_group_tabs_take_no_thread_and_no_des
     };
     Overview_World world;
     world.open_and_show();
-    sender_device = world.add_record("Master", new Virelo_Air(13, own_loopback(1), "Master"));
+    sender_device = world.add_record("Master", std::make_unique<Virelo_Air>(13, own_loopback(1), "Master"));
     overview->update_tree_widget();
     Overview_World::click(Overview_World::row(0)); // the first tab may load what all share
     const int threads = count("/proc/self/task");

@@ -6,7 +6,7 @@ import itertools
 
 import fault_road
 import road
-from fault_road import speaker
+from fault_road import DEAD_LINK_DESCRIPTORS, speaker
 from road import OVERVIEW
 
 HOW = ["fin", "rst"]
@@ -93,10 +93,20 @@ class Busy_Test(Link_Test):
         house.await_event(name, f"<- RZ!vo0{volume}", start)
         return volume
 
+    def check_cut(self, house, name, start):
+        """The link went at the first command, and all others came on one new link."""
+        events = [event for event in house.events(name, start) if event.startswith(("<- RZ", "-- host link"))]
+        self.assertRegex(events[0], "^<- RZ!vo", events)
+        self.assertRegex(events[1], "closed$", events)
+        self.assertRegex(events[2], "open$", events)
+        self.assertGreater(len(events), 3)
+        self.assertEqual([event for event in events[3:] if event.startswith("--")], [])
+
     def check(self, house, name, number, speakers, start, volume):
         """All arrived in order, none twice, and the speaker holds what was sent last."""
         for command in ("RZ!MO", "RZ!LO"):
             house.await_event(name, f"<- {command}", start)  # the log comes behind the bytes
+        self.check_cut(house, name, start)  # first, since the questions that follow have links of their own
         self.values(speakers, number, vo=str(volume), LO="1", MO="1")
         commands = [line for line in house.received(name, start) if line.startswith("RZ!")]
         volumes = [line for line in commands if line.startswith("RZ!vo")]
@@ -156,6 +166,7 @@ class Other_Test(Link_Test):
         with self.speakers({"speakers": [speaker(0, values={"vo": str(VOLUME)})]}) as house, self.watched() as program:
             program.await_rows([name])
             slider = self.opened(program, name)
+            program.mark()
             start = house.output.count()
             house.do("fault", name, "host-refused", "on")
             house.do("cut", name, "rst")
@@ -167,6 +178,7 @@ class Other_Test(Link_Test):
             program.click_button("Beep!")
             self.assertEqual(road.Speaker("127.0.2.1").value("vo"), str(VOLUME))
             self.assertEqual([line for line in house.received(name, start) if line.startswith("RZ!")], [])
+            program.move_mark(more_descriptors=DEAD_LINK_DESCRIPTORS)
 
 
 road.main()

@@ -12,7 +12,7 @@ import sys
 
 import fault_road
 import road
-from fault_road import WORKER_DESCRIPTORS, WORKER_THREADS, speaker
+from fault_road import DEAD_LINK_DESCRIPTORS, SERVICE_DESCRIPTORS, WORKER_DESCRIPTORS, WORKER_THREADS, speaker
 
 sys.path.append(str(pathlib.Path(__file__).resolve().parent.parent / "discovery"))
 import engine_road  # noqa: E402
@@ -37,10 +37,8 @@ class Crowd_Test(fault_road.Fault_Test):
                 program.await_rows(names)
                 self.answers(program)
             # The workers of records that went go on.
-            program.await_mark(more_threads=TIMES * with_worker * WORKER_THREADS,
-                               more_descriptors=TIMES * with_worker * WORKER_DESCRIPTORS)
-            program.mark()
-
+            program.move_mark(more_threads=TIMES * with_worker * WORKER_THREADS,
+                              more_descriptors=TIMES * with_worker * WORKER_DESCRIPTORS)
 
 
 class Namesakes(fault_road.Fault_Test):
@@ -66,11 +64,8 @@ class Interface_Test(Namesakes):
     @contextlib.contextmanager
     def second_interface(self):
         """A pair of network devices in the lab, of which the daemon knows one."""
-        made = subprocess.run(["ip", "link", "add", "outer", "type", "veth", "peer", "name", "far"],
-                              stdin=subprocess.DEVNULL, capture_output=True, text=True)
-        if made.returncode != 0:
-            self.skipTest(f"no second network device can be made here: {made.stderr}")
-        for words in (f"addr add {self.OUTER}/24 dev outer", "link set outer up", "link set far up"):
+        for words in ("link add outer type veth peer name far", f"addr add {self.OUTER}/24 dev outer",
+                      "link set outer up", "link set far up"):
             subprocess.run(["ip", *words.split()], check=True, stdin=subprocess.DEVNULL)
         config = pathlib.Path(os.environ["VIRELO_LAB_DIR"]) / "avahi.conf"
         before = config.read_text()
@@ -87,21 +82,21 @@ class Interface_Test(Namesakes):
         both = speaker(0, self.NAME, address=self.OUTER)
         one = speaker(1, "Bad", kind=37)
         with self.second_interface(), self.speakers({"speakers": [both, one]}) as house, self.watched() as program:
+            program.await_rows([self.NAME, "Bad"])
+            program.mark()  # by now it was found on both
             for _ in range(3):
-                program.await_rows([self.NAME, "Bad"])
-                program.mark()  # by now it was found on both
-                program.await_rows([self.NAME, "Bad"])
                 house.do("leave", self.NAME)
                 program.await_rows(["Bad"])
                 house.do("join", self.NAME)
-            program.await_rows([self.NAME, "Bad"])
-            program.mark()
+                program.move_mark(WORKER_THREADS, WORKER_DESCRIPTORS)  # found on both again; the old worker goes on
+                program.await_rows([self.NAME, "Bad"])
 
     def test_two_speakers_of_one_name_on_two_interfaces_have_a_row_each(self):
         inner = {"speakers": [speaker(0, self.NAME, values={"vo": "20"})]}
         outer = {"speakers": [speaker(0, self.NAME, 37, address=self.OUTER, interface="outer", values={"vo": "30"})]}
         with self.second_interface(), self.speakers(inner) as one, self.watched() as program:
             self.await_models(program, "Cadre 3.2 Air")
+            program.mark()
             with self.speakers(outer) as other:
                 self.await_models(program, "Cadre 3.2 Air", "Cadre 3.3 Air")
                 self.press_right(program, 0, 20)
@@ -110,7 +105,7 @@ class Interface_Test(Namesakes):
                 other.await_event(self.NAME, "<- RZ!vo031")
                 self.assertEqual(program.tabs(), [road.OVERVIEW, self.NAME, self.NAME])
                 # One daemon that announces both says no goodbye as long as the other is there.
-                program.mark()
+                program.move_mark(WORKER_THREADS, WORKER_DESCRIPTORS + SERVICE_DESCRIPTORS)
 
 
 class Move_Test(Namesakes):
@@ -120,6 +115,7 @@ class Move_Test(Namesakes):
             self.await_models(program, "Cadre 3.2 Air")
             self.press_right(program, 0, 20)
             house.await_event(self.NAME, "<- RZ!vo021")
+            program.mark()
             house.do("leave", self.NAME)
             program.await_rows([])
             house.do("move", self.NAME, "127.0.9.1")
@@ -128,6 +124,7 @@ class Move_Test(Namesakes):
             self.press_right(program, 0, 21)
             house.await_event(self.NAME, "<- RZ!vo022")
             self.assertEqual(program.tabs(), [road.OVERVIEW, self.NAME, self.NAME])
+            program.move_mark(WORKER_THREADS, WORKER_DESCRIPTORS)  # the worker of the row that went goes on
 
     def test_an_address_that_changes_under_a_service_leaves_the_row_behind(self):
         old, new = speaker(0, "old", values={"vo": "20"}), speaker(1, "new", 37, values={"vo": "30"})
@@ -143,7 +140,7 @@ class Move_Test(Namesakes):
             self.await_models(program, "Cadre 3.2 Air")
             # What leaves now is a service at the new address, which the row is not of.
             announcer.withdraw(service)
-            program.await_mark(more_descriptors=-fault_road.SERVICE_DESCRIPTORS)
+            program.await_mark(more_descriptors=-SERVICE_DESCRIPTORS)
             self.await_models(program, "Cadre 3.2 Air")
             service = announcer.service(self.NAME, "umzug.local", 80)
             self.await_models(program, "Cadre 3.2 Air", "Cadre 3.3 Air")
@@ -153,7 +150,7 @@ class Move_Test(Namesakes):
             self.answers(program)
             announcer.withdraw(service)
             self.await_models(program, "Cadre 3.2 Air")
-            program.mark()
+            program.move_mark(WORKER_THREADS, WORKER_DESCRIPTORS - SERVICE_DESCRIPTORS + DEAD_LINK_DESCRIPTORS)
 
 
 engine_road.ANNOUNCER = sys.argv.pop(1)

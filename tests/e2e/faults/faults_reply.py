@@ -3,7 +3,8 @@
 
 import fault_road
 import road
-from fault_road import memory, speaker
+from fault_road import (
+    NETWORK_DESCRIPTORS, NETWORK_THREADS, SERVICE_DESCRIPTORS, WORKER_DESCRIPTORS, WORKER_THREADS, memory, speaker)
 
 WELL = "Gesund"
 VOLUME = 20
@@ -31,12 +32,18 @@ class Reply_Test(fault_road.Fault_Test):
                        speaker(1, "says nothing", 18, faults={"host-silent": "on"}),
                        speaker(2, "has no # in its answers", 37, faults={"host-no-hash": "on"}),
                        speaker(3, WELL)]
-        with self.speakers({"speakers": unanswering}), self.watched() as program:
+        for each in unanswering:
+            each["present"] = False
+        with self.speakers({"speakers": unanswering}) as house, self.watched() as program:
+            program.mark()
+            house.do_all([("join", each["name"]) for each in unanswering])
             program.await_one("QLabel", text="<b>Speakers Found: 4...</b>")
             self.assertEqual(program.rows(), [])
             self.await_models(program, {**{each["name"]: "Unknown Speaker :-(" for each in unanswering[:3]},
                                         WELL: "Cadre 3.2 Air"})
-            program.mark()
+            program.move_mark(
+                WORKER_THREADS + NETWORK_THREADS,
+                WORKER_DESCRIPTORS + SERVICE_DESCRIPTORS * len(unanswering) + NETWORK_DESCRIPTORS)
             program.click_row("says nothing")
             self.answers(program)
 
@@ -67,8 +74,8 @@ class Reply_Test(fault_road.Fault_Test):
             # A carriage return among so much more than is read at a time is dropped with it.
             for name in names * 5:
                 house.do("send", name, "x" * MEGABYTE)
-            program.mark()
-            self.assertLess(memory(program, "VmHWM"), before + 24, "MB; 48 have come")
+            program.await_rest()
+            self.took_less(program, before + 24, "MB; 48 have come")
             self.answers(program)
             for name in names:
                 house.do("fault", name, "host-no-cr", "off")
@@ -79,7 +86,7 @@ class Reply_Test(fault_road.Fault_Test):
                 return set(self.models(program)) == {WELL, *names}
 
             road.await_condition(completed, "all are identified, as whatever it may be")
-            program.mark()
+            program.move_mark(WORKER_THREADS * len(names), (WORKER_DESCRIPTORS + SERVICE_DESCRIPTORS) * len(names))
 
     def test_a_host_that_reads_nothing_any_more_holds_nobody_up(self):
         with self.speakers({"speakers": [speaker(0, WELL, values={"vo": str(VOLUME)})]}) as house, \

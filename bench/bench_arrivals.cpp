@@ -22,6 +22,7 @@
 #include "bench/tools/child_process.h"
 #include "bench/tools/counts.h"
 #include "bench/tools/house_of.h"
+#include "bench/tools/lab_daemon.h"
 #include "bench/tools/pause_watch.h"
 #include "bench/tools/program_world.h"
 #include "bench/tools/table.h"
@@ -133,6 +134,7 @@ Figures measure(const QString &program, int count)
         House_Of house(count, answer_ms);
         house.announce();
         figures.bare_us.push_back(by_bare_sockets_us(house));
+        await_daemon_at_rest();
         Child_Process window(program, {"--window", QString::number(count)});
         const QList<QByteArray> fields = window.read_fields();
         window.wait();

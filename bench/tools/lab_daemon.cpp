@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#include "bench/tools/lab_daemon.h"
+
+#include <QFile>
+#include <QThread>
+
+#include "bench/tools/child_process.h"
+#include "bench/tools/proc_figures.h"
+#include "simulator/monotonic.h"
+
+namespace
+{
+constexpr unsigned long between_looks_ms = 100;
+constexpr qint64 rest_us = 1200000; // the daemon says everything again after a second
+
+pid_t pid_of_daemon()
+{
+    QFile file(qEnvironmentVariable("VIRELO_LAB_AVAHI_PID"));
+    if (!file.open(QIODevice::ReadOnly))
+        give_up("there is no daemon of a lab; this wants scripts/lab");
+    return file.readAll().trimmed().toInt();
+}
+} // namespace
+
+void await_daemon_at_rest()
+{
+    const pid_t pid = pid_of_daemon();
+    const qint64 begin = monotonic_us();
+    qint64 used = Proc_Figures::of(pid).cpu_us;
+    for (qint64 since = begin; monotonic_us() - since < rest_us;) {
+        QThread::msleep(between_looks_ms);
+        const qint64 now_used = Proc_Figures::of(pid).cpu_us;
+        if (now_used != used)
+            since = monotonic_us();
+        used = now_used;
+        if (monotonic_us() - begin > qint64(Child_Process::patience_ms) * 1000)
+            give_up("the daemon does not come to rest");
+    }
+}

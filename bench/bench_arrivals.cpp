@@ -44,7 +44,7 @@ public:
     explicit Arrivals(int count)
         : count(count)
     {
-        // The search is begun again once the window has come to rest.
+        // The search is begun again once the window and the daemon have come to rest.
         overview->zeroConf->stopBrowser();
         QTimer::singleShot(settle_ms, this, [this] { begin(); });
     }
@@ -52,6 +52,8 @@ public:
 private:
     void begin()
     {
+        await_daemon_at_rest();
+        QCoreApplication::processEvents();
         const QAbstractItemModel *model = overview->tree->model();
         connect(model, &QAbstractItemModel::modelReset, this, [this] { ++redraws; });
         connect(model, &QAbstractItemModel::rowsInserted, this, [this] {
@@ -134,7 +136,6 @@ Figures measure(const QString &program, int count)
         House_Of house(count, answer_ms);
         house.announce();
         figures.bare_us.push_back(by_bare_sockets_us(house));
-        await_daemon_at_rest();
         Child_Process window(program, {"--window", QString::number(count)});
         const QList<QByteArray> fields = window.read_fields();
         window.wait();

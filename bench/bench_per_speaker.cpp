@@ -15,9 +15,10 @@
 namespace
 {
 constexpr int counts[] = {10, 100, 250};
+constexpr int rounds = 5;             // of which the median counts
 constexpr unsigned long settle_s = 5; // pooled threads, and what belongs to the last replies, go away
 
-Proc_Figures figures_with(int speakers)
+Proc_Figures figures_once_with(int speakers)
 {
     House_Of house(speakers);
     if (speakers > 0)
@@ -26,6 +27,22 @@ Proc_Figures figures_with(int speakers)
     house.await_workers();
     QThread::sleep(settle_s);
     return Proc_Figures::of(program.pid());
+}
+
+Proc_Figures figures_with(int speakers)
+{
+    Samples threads, descriptors, private_kb;
+    for (int round = 0; round < rounds; ++round) {
+        const Proc_Figures figures = figures_once_with(speakers);
+        threads.push_back(figures.threads);
+        descriptors.push_back(figures.descriptors);
+        private_kb.push_back(figures.private_kb);
+    }
+    Proc_Figures figures;
+    figures.threads = static_cast<int>(median(threads));
+    figures.descriptors = static_cast<int>(median(descriptors));
+    figures.private_kb = median(private_kb);
+    return figures;
 }
 
 QString each(qint64 more, int speakers)

@@ -16,6 +16,7 @@
 #include "settings/info_box.h"
 #include "settings/rzpixmaplabel.h"
 #include "settings/rztreewidget.h"
+#include "settings/tab_kit.h"
 #include "settings/tab_order.h"
 #include "settings/window_picture.h"
 
@@ -68,8 +69,8 @@ void Client_Group::make_widgets()
     tree->setAccessibleName(speakers);
     tree->setColumnWidth(column_name, plattform->window_width / 2);
 
-    master_label = new QLabel(tr("-"), this);
-    group_label = new QLabel(tr("-"), this);
+    master_label = make_value_label(tr("-"));
+    group_label = make_value_label(tr("-"));
     hint_label = new QLabel(tr("Click \"Create Group\"!"), this);
     busy_label = new Busy_Label(this);
 

@@ -45,7 +45,7 @@ private slots:
     QTreeWidgetItem *selected_air();
     QTreeWidgetItem *_make_tree_item(Device_Desc *device);
     void item_clicked(QTreeWidgetItem *item, int column);
-    void dissolve_completed();
+    void dissolve_completed(); // connected to nothing: meant
 
 private:
     void make_widgets();

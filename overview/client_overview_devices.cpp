@@ -83,6 +83,14 @@ void Client_Overview::addService(QZeroConfService zcs)
         plattform->device_class == DEVICE_PHONE ? tr("<b>Found ") : tr("<b>Speakers Found: ");
     status_label->setText(found + QString::number(device_list.size()) + "...</b>");
     spinner_label->show();
+
+    // A box that opened among those events may have held them until all had ended: this record was in no
+    // redraw.
+    QMutexLocker lock(&resolves_mutex);
+    const bool all_ended = resolves_running == 0;
+    lock.unlock();
+    if (all_ended)
+        update_tree_widget();
 }
 
 void Client_Overview::updateService(QZeroConfService zcs)

@@ -119,7 +119,7 @@ Client_Settings_Air::Client_Settings_Air(Client *client, Virelo_Air *air, Device
 
 void Client_Settings_Air::add_speaker_labels()
 {
-    name_label = new QLabel("<b>" + air->name + "</b>");
+    name_label = new QLabel(bold(air->name));
     model_label = new QLabel("(" + model_name(air->type) + ")");
     grid->addWidget(name_label, 1, 1);
     grid->addWidget(model_label, 1, 2);

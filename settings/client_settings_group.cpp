@@ -60,9 +60,10 @@ void Client_Settings_Group::build_names()
     const QString group_name = group_control ? group_control->name : QString();
     const QString sender_name = group_control ? sender_device->name : QString();
     add_caption(grid, 1, tr("Selected Group:"));
-    grid->addWidget(new QLabel("<b>" + group_name + "</b>"), 1, 1);
-    grid->addWidget(new QLabel(tr("Selected Input") + " (at " + sender_name + "):"), 2, 0, 1, 2,
-                    Qt::AlignLeft);
+    grid->addWidget(new QLabel(bold(group_name)), 1, 1);
+    auto *input_label = new QLabel(tr("Selected Input") + " (at " + sender_name + "):");
+    input_label->setTextFormat(Qt::PlainText);
+    grid->addWidget(input_label, 2, 0, 1, 2, Qt::AlignLeft);
 }
 
 void Client_Settings_Group::build_sources()

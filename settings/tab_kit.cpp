@@ -26,9 +26,14 @@ void start_mute_timer(QTimer *timer, int seconds)
 }
 } // namespace
 
+QString bold(const QString &text)
+{
+    return "<b>" + text.toHtmlEscaped() + "</b>";
+}
+
 QString speaker_title(const Virelos *speaker)
 {
-    return "<b>" + speaker->name + "</b> (" + model_name(speaker->type) + ")";
+    return bold(speaker->name) + " (" + model_name(speaker->type) + ")";
 }
 
 int letter_index(std::string_view letters, char letter)

@@ -18,6 +18,9 @@ class Virelos;
 // What the settings tabs and the dialogs build alike. The widgets are new and have no parent: the layout
 // gives them one. GUI thread only.
 
+// The text in bold; what looks like markup in it stands as it is.
+QString bold(const QString &text);
+
 // "<b>NAME</b> (MODEL)" of the speaker.
 QString speaker_title(const Virelos *speaker);
 

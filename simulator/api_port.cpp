@@ -39,11 +39,28 @@ QJsonValue with_wrong_types(const QJsonValue &value)
     }
 }
 
-QByteArray with_wrong_types(const QByteArray &body)
+// The same, but objects and lists stay what they are, and what is in them is spoilt.
+QJsonValue with_wrong_members(const QJsonValue &value)
+{
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue entry : value.toArray())
+            array.append(with_wrong_members(entry));
+        return array;
+    }
+    if (!value.isObject())
+        return with_wrong_types(value);
+    QJsonObject object = value.toObject();
+    for (auto member = object.begin(); member != object.end(); ++member)
+        member.value() = with_wrong_members(member.value());
+    return object;
+}
+
+QByteArray with_each_member(const QByteArray &body, QJsonValue (*spoil)(const QJsonValue &))
 {
     QJsonObject object = QJsonDocument::fromJson(body).object();
     for (auto member = object.begin(); member != object.end(); ++member)
-        member.value() = with_wrong_types(member.value());
+        member.value() = spoil(member.value());
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 
@@ -80,7 +97,10 @@ Http_Reply spoilt(Http_Reply reply, const Speaker_Faults &faults)
         reply.body.insert(1, bulk(faults.http_size));
         break;
     case Http_Fault::wrong_types:
-        reply.body = with_wrong_types(reply.body);
+        reply.body = with_each_member(reply.body, with_wrong_types);
+        break;
+    case Http_Fault::wrong_members:
+        reply.body = with_each_member(reply.body, with_wrong_members);
         break;
     default:
         break;

@@ -66,7 +66,8 @@ const Word<Http_Fault> http_words[] = {{"none", Http_Fault::none},
                                        {"too-short", Http_Fault::too_short},
                                        {"huge", Http_Fault::huge},
                                        {"bulky", Http_Fault::bulky},
-                                       {"wrong-types", Http_Fault::wrong_types}};
+                                       {"wrong-types", Http_Fault::wrong_types},
+                                       {"wrong-members", Http_Fault::wrong_members}};
 
 template<class Value, size_t N>
 bool read_word(const Word<Value> (&words)[N], const QString &text, Value &value)

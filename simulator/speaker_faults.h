@@ -24,8 +24,9 @@ enum class Http_Fault {
     too_long,  // a Content-Length beyond what comes
     too_short, // a Content-Length short of it
     huge,
-    bulky, // as huge, and of values instead of blanks
-    wrong_types
+    bulky,        // as huge, and of values instead of blanks
+    wrong_types,  // of every value of the document: a list for an object, and so on
+    wrong_members // of every value inside its objects and lists, which stay
 };
 
 // The faults of one speaker, each switchable while it runs (Virtual_Speaker::set_faults). A plain value; all

@@ -115,7 +115,8 @@ void Client_Update::place_widgets()
     auto *grid = new QGridLayout;
     grid->addWidget(make_banner("Deko_Air"), 0, 0, 1, 4);
     add_caption(grid, 1, tr("Speaker:"));
-    grid->addWidget(new QLabel("<b>" + model_name(speaker_type()) + "</b> (" + name + ")"), 1, 1, 1, 3);
+    grid->addWidget(new QLabel(bold(model_name(speaker_type())) + " (" + name.toHtmlEscaped() + ")"), 1, 1, 1,
+                    3);
     add_caption(grid, 2, tr("Version:"));
     grid->addWidget(make_value_label(device->firmware), 2, 1, 1, 2);
     add_caption(grid, 3, tr("Update:"), wifi_radio);

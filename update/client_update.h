@@ -17,13 +17,13 @@ class Virelos;
 class Web_File;
 
 // The dialog that upgrades one speaker. The Wi-Fi module fetches its firmware by itself from a URL and is
-// polled for its status; the amplifier processor, the host, is fed line by line from here. Either needs a
-// successful check of the file on the server first.
+// polled for its status; the amplifier processor, the host, is fed line by line from here. Either begins
+// behind a successful check of a file on the server; the URL may be edited after it, which is meant.
 //
-// GUI thread only: the transfer to the host freezes the window for up to some seconds a line, and for five
-// seconds before the first, which is meant. Not deleted when it closes; a transfer or a poll goes on then. It
-// may outlive the record: then a transfer goes on, and nothing new is asked. A failed check is told in a box;
-// of any other failure the status text tells at most.
+// GUI thread only: the transfer to the host freezes the window until the worker has ended and a link is open,
+// for five seconds before the first line, and for up to some seconds a line, which is meant. Not deleted when
+// it closes; a transfer or a poll goes on then. It may outlive the record: then a transfer goes on, and
+// nothing new is asked. A failed check is told in a box; of any other failure the status text tells at most.
 class Client_Update : public QDialog
 {
     Q_OBJECT
@@ -34,7 +34,7 @@ public:
 
     QPointer<Device_Desc> device; // null once the record is gone
     int file_size = 0;            // bytes, from the last check; -1 after a failed one
-    QFile *flash_file = nullptr;  // open while lines go out, as the stream on it
+    QFile *flash_file = nullptr;  // open while lines go out; the stream is on what it held
     QTextStream *flash_stream = nullptr;
     int flash_total = 0; // one less than the lines of the file
     int flash_done = 0;  // lines sent so far

@@ -54,7 +54,8 @@ void Client_Update::hostDownloadFilefinished(QString filename, int lines)
         flash_file = nullptr;
         return;
     }
-    flash_stream = new QTextStream(flash_file);
+    // All of it now: another download may write over the file while lines go out.
+    flash_stream = new QTextStream(flash_file->readAll());
     flashLineTimer();
 }
 

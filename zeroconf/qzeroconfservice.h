@@ -14,7 +14,7 @@ class QDebug;
 
 // One service that DNS-SD reported: one speaker on one interface. The discovery engine fills it on the GUI
 // thread, stage by stage, and goes on changing it after it was handed out; all holders see the change. Any
-// thread may read: ip under ip_mutex, the rest freely once serviceAdded has been emitted.
+// thread may read ip under ip_mutex; the rest is for the GUI thread.
 class QZeroConfServiceData
 {
     Q_GADGET

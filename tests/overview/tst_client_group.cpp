@@ -61,6 +61,7 @@ private slots:
     void cleanup();
 
     void without_a_group_it_offers_to_create_one();
+    void what_looks_like_markup_stands_as_it_is();
     void for_the_master_it_lists_the_others();
     void for_a_member_its_row_comes_up_selected();
     void for_another_speaker_its_row_comes_up_selected();
@@ -148,6 +149,14 @@ void tst_client_group::without_a_group_it_offers_to_create_one()
     QCOMPARE(button_states(*dialog), (QList<bool>{false, false}));
     QVERIFY(!dialog->isModal());
     QVERIFY(!dialog->parent());
+}
+
+void tst_client_group::what_looks_like_markup_stands_as_it_is()
+{
+    make_group();
+    open(master);
+    QCOMPARE(dialog->master_label->textFormat(), Qt::PlainText);
+    QCOMPARE(dialog->group_label->textFormat(), Qt::PlainText);
 }
 
 void tst_client_group::for_the_master_it_lists_the_others()

@@ -48,6 +48,7 @@ private slots:
     void speaker_that_arrives_while_a_record_is_made_comes_first();
     void service_reported_again_while_its_record_is_made_is_known();
     void service_removed_while_its_record_is_made_is_not_listed();
+    void speaker_whose_replies_all_come_before_it_is_listed_has_its_row();
     void second_address_changes_nothing_and_is_logged();
 
     void status_ends_in_one_character_of_that_code_data();
@@ -343,6 +344,19 @@ void tst_client_overview_devices::service_removed_while_its_record_is_made_is_no
     QCOMPARE(row_names(), QStringList());
     overview->addService(kitchen); // back again
     QTRY_COMPARE(row_names(), QStringList("Kitchen"));
+}
+
+void tst_client_overview_devices::speaker_whose_replies_all_come_before_it_is_listed_has_its_row()
+{
+    Overview_World world;
+    world.open();
+    QTimer::singleShot(0, overview, [] { // as a box does that a click opens
+        QVERIFY(device_list.isEmpty());
+        QTRY_COMPARE(in_flight(), 0);
+    });
+    overview->addService(air_waves::service("Kitchen", own_loopback(1), closed_port));
+    QCOMPARE(row_names(), QStringList("Kitchen"));
+    QCOMPARE(label(), QString());
 }
 
 void tst_client_overview_devices::second_address_changes_nothing_and_is_logged()

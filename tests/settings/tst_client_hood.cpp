@@ -197,6 +197,8 @@ void tst_client_hood::other_kinds_of_control_objects_are_named_data()
     QTest::addColumn<QString>("text");
     QTest::newRow("subwoofer") << "subwoofer"
                                << "<b>Cellar</b> (" + model_name(18) + ")";
+    QTest::newRow("like markup") << "like markup"
+                                 << "<b>&lt;i&gt;Cellar&lt;/i&gt;</b> (" + model_name(18) + ")";
     QTest::newRow("group") << "group"
                            << "<b>Party</b> (Unknown Speaker :-()";
     QTest::newRow("unknown") << "unknown"
@@ -208,6 +210,8 @@ static std::unique_ptr<Virelos> other_kind(const QString &kind)
 {
     if (kind == "subwoofer")
         return std::make_unique<Probe_Sub>("Cellar");
+    if (kind == "like markup")
+        return std::make_unique<Probe_Sub>("<i>Cellar</i>");
     if (kind == "group")
         return std::make_unique<Virelo_Group>("Party");
     return std::make_unique<Virelo_Unknown>(255, QString(), "Shed");

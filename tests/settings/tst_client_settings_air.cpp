@@ -43,6 +43,7 @@ private slots:
     void buttons_have_their_texts();
     void speaker_labels_show_name_and_model_data();
     void speaker_labels_show_name_and_model();
+    void what_looks_like_markup_stands_as_it_is();
     void letters_select_their_entries_data();
     void letters_select_their_entries();
     void the_bass_value_is_the_index_data();
@@ -289,6 +290,13 @@ void tst_client_settings_air::speaker_labels_show_name_and_model()
     QTEST(tab.model_label->text(), "model");
     QCOMPARE(tab.air, &speaker);
     QCOMPARE(tab.control, &speaker);
+}
+
+void tst_client_settings_air::what_looks_like_markup_stands_as_it_is()
+{
+    Probe_Air speaker("<i>Bath</i> & Spa", 13);
+    const Client_Settings_Air tab(nullptr, &speaker, nullptr);
+    QCOMPARE(tab.name_label->text(), QString("<b>&lt;i&gt;Bath&lt;/i&gt; &amp; Spa</b>"));
 }
 
 void tst_client_settings_air::letters_select_their_entries_data()

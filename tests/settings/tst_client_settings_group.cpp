@@ -45,6 +45,7 @@ private slots:
     void everything_stands_in_its_place();
     void the_banner_is_the_palette();
     void group_and_sender_are_named();
+    void what_looks_like_markup_stands_as_it_is();
     void slider_and_dial_are_set_up_for_a_volume();
     void volume_and_mute_start_at_nothing_whatever_the_speakers_have();
     void input_buttons_are_exclusive_and_the_upper_ones_grow();
@@ -145,6 +146,14 @@ void tst_client_settings_group::group_and_sender_are_named()
     QVERIFY(!tab->master_sub);
     QVERIFY(!tab->is_sub);
     QCOMPARE(tab->master_input, 'W');
+}
+
+void tst_client_settings_group::what_looks_like_markup_stands_as_it_is()
+{
+    world->group.name = "<i>Party</i>";
+    make_tab();
+    QCOMPARE(text_at(tab->grid, 1, 1), QString("<b>&lt;i&gt;Party&lt;/i&gt;</b>"));
+    QCOMPARE(label_at(tab->grid, 2, 0)->textFormat(), Qt::PlainText);
 }
 
 void tst_client_settings_group::slider_and_dial_are_set_up_for_a_volume()

@@ -39,6 +39,7 @@ private slots:
     void a_huge_answer_is_json_of_8_mib();
     void a_bulky_answer_is_json_of_the_size_asked_for();
     void every_value_may_have_a_wrong_type();
+    void what_is_inside_may_have_a_wrong_type();
     void a_late_answer_is_late();
     void another_returncode_means_that_nothing_was_done();
     void a_fault_may_be_limited_to_a_path_or_an_action();
@@ -55,6 +56,9 @@ void tst_Http_Faults::init()
 {
     Speaker_Config config;
     config.address = own_loopback(1);
+    Wlan_Network network;
+    network.ssid = "Zuhause";
+    config.networks.append(network);
     speaker = std::make_unique<Virtual_Speaker>(config);
     QVERIFY2(speaker->start(), qPrintable(speaker->error()));
     client = std::make_unique<Http_Client>();
@@ -207,6 +211,24 @@ void tst_Http_Faults::every_value_may_have_a_wrong_type()
     const QJsonObject scan = client->post("/api/v14/configure.action", R"({"action": "wifiscan"})").json();
     QVERIFY(!scan.value("aplist").isUndefined());
     QVERIFY(!scan.value("aplist").isArray());
+}
+
+void tst_Http_Faults::what_is_inside_may_have_a_wrong_type()
+{
+    give("http", "wrong-members");
+    const QJsonObject wlan = client->post(network_path, info).json().value("wlan").toObject();
+    QVERIFY(wlan.contains("ssid"));
+    QVERIFY(!wlan.value("ssid").isString());
+    const QJsonObject station = wlan.value("stationinfo").toObject();
+    QVERIFY(station.contains("signal"));
+    QVERIFY(!station.value("signal").isDouble());
+    const QJsonObject scan = client->post("/api/v14/configure.action", R"({"action": "wifiscan"})").json();
+    const QJsonArray networks = scan.value("aplist").toArray();
+    QVERIFY(!networks.isEmpty());
+    for (const QJsonValue network : networks) {
+        QVERIFY(network.toObject().contains("ssid"));
+        QVERIFY(!network.toObject().value("ssid").isString());
+    }
 }
 
 void tst_Http_Faults::a_late_answer_is_late()

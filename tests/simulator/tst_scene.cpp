@@ -287,9 +287,10 @@ void tst_Scene::a_wrong_scene_is_refused_with_the_reason_data()
     speaker(R"("values": {"fg": "80"})", R"(type 13 has no value "fg")");
     speaker(R"("type": 18, "values": {"IN": "W"})", R"(type 18 has no value "IN")");
     speaker(R"("txt": {"a": null})", R"("txt" wants an object of texts)");
-    speaker(R"("faults": {"http": "slow"})",
-            R"("faults" are wrong: http takes none|silent|hold|reset|error-page)"
-            R"(|empty|empty-object|half|too-long|too-short|huge|bulky|wrong-types, not "slow")");
+    speaker(
+        R"("faults": {"http": "slow"})",
+        R"("faults" are wrong: http takes none|silent|hold|reset|error-page)"
+        R"(|empty|empty-object|half|too-long|too-short|huge|bulky|wrong-types|wrong-members, not "slow")");
     speaker(R"("faults": {"fire": "on"})", R"("faults" are wrong: no fault is called "fire")");
     speaker(R"("faults": {"host-slow": 20})", R"("faults" wants an object of texts)");
     speaker(R"("faults": "on")", R"("faults" wants an object of texts)");

@@ -61,6 +61,7 @@ void tst_Speaker_Faults::a_key_sets_its_fault_data()
     row("http", "bulky", [](const F &f) { return f.http == Http_Fault::bulky; });
     row("http-size", "50000000", [](const F &f) { return f.http_size == 50000000; });
     row("http", "wrong-types", [](const F &f) { return f.http == Http_Fault::wrong_types; });
+    row("http", "wrong-members", [](const F &f) { return f.http == Http_Fault::wrong_members; });
     row("http-slow", "40", [](const F &f) { return f.http_slow_ms == 40; });
     row("http-returncode", "no way", [](const F &f) { return f.http_returncode == "no way"; });
     row("http-only", "addnetwork", [](const F &f) { return f.http_only == "addnetwork"; });
@@ -106,8 +107,8 @@ void tst_Speaker_Faults::what_is_no_value_is_refused_with_what_is_data()
     row("host-cut-how", "hard", "host-cut-how takes fin|rst, not \"hard\"");
     row("http", "404",
         "http takes "
-        "none|silent|hold|reset|error-page|empty|empty-object|half|too-long|too-short|huge|bulky|wrong-types,"
-        " not \"404\"");
+        "none|silent|hold|reset|error-page|empty|empty-object|half|too-long|too-short|huge|bulky|wrong-types"
+        "|wrong-members, not \"404\"");
     row("host", "on", "no fault is called \"host\"");
     row("", "on", "no fault is called \"\"");
 }

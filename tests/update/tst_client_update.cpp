@@ -69,6 +69,7 @@ private slots:
     void the_banner_is_the_wide_one_above_2000_pixels();
     void the_speaker_is_shown_by_model_and_name_data();
     void the_speaker_is_shown_by_model_and_name();
+    void a_name_that_looks_like_markup_stands_as_it_is();
     void the_version_is_shown_as_the_speaker_tells_it();
     void a_long_version_leaves_the_window_its_size();
     void controls_start_with_their_texts_and_values();
@@ -189,6 +190,15 @@ void tst_client_update::the_speaker_is_shown_by_model_and_name()
     world.record->name = "not this name";
     world.open();
     QTEST(text_at(grid_of(*world.dialog), 1, 1), "text");
+}
+
+void tst_client_update::a_name_that_looks_like_markup_stands_as_it_is()
+{
+    Update_World world(13);
+    world.record->control->name = "<i>Bath</i>";
+    world.open();
+    QCOMPARE(text_at(grid_of(*world.dialog), 1, 1),
+             QString("<b>Cadre 3.2 Air</b> (&lt;i&gt;Bath&lt;/i&gt;)"));
 }
 
 void tst_client_update::the_version_is_shown_as_the_speaker_tells_it()

@@ -20,6 +20,7 @@ private slots:
     void the_box_of_a_download_error();
     void a_second_flash_while_lines_go_out_does_nothing();
     void a_second_download_is_of_no_effect_while_lines_go_out();
+    void a_file_that_is_written_over_meanwhile_changes_nothing();
     void the_module_can_be_upgraded_meanwhile();
     void a_closed_dialog_goes_on();
     void a_lost_link_is_not_noticed();
@@ -140,6 +141,22 @@ void tst_client_update_host_trouble::a_second_download_is_of_no_effect_while_lin
     QCOMPARE(world->dialog->flash_total, 3);
     QCOMPARE(world->dialog->flash_done, 4);
     QCOMPARE(long_sleeps::taken(), QList<qint64>{5000});
+}
+
+void tst_client_update_host_trouble::a_file_that_is_written_over_meanwhile_changes_nothing()
+{
+    constexpr int lines = 4;
+    const auto all_of = [](char letter) { return (QByteArray(20000, letter) + "\r\n").repeated(lines); };
+    world->open(all_of('A')); // more than one read of a file brings
+    world->at_line(1, [&] {
+        QFile file(world->folder.filePath("host.hex"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(all_of('B')), qint64(all_of('B').size()));
+    });
+    Box_Reader box;
+    world->dialog->flash_button->click();
+    QTRY_VERIFY(box.met());
+    QCOMPARE(world->sent(), all_of('A'));
 }
 
 void tst_client_update_host_trouble::the_module_can_be_upgraded_meanwhile()

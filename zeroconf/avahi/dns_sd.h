@@ -36,8 +36,8 @@ enum {
 enum {
     kDNSServiceFlagsMoreComing = 0x1,       // in a reply: another one is waiting already
     kDNSServiceFlagsAdd = 0x2,              // in a reply: the service or address has come; clear: it has gone
-    kDNSServiceFlagsForceMulticast = 0x400, // in a call: ask the local link, whatever the domain
-    kDNSServiceFlagsTimeout = 0x10000       // in a call: give up after 5 s without an answer
+    kDNSServiceFlagsForceMulticast = 0x400, // in an address query: ask the local link
+    kDNSServiceFlagsTimeout = 0x10000       // in a resolve: give up after 5 s without an answer
 };
 
 enum { kDNSServiceProtocol_IPv4 = 0x1, kDNSServiceProtocol_IPv6 = 0x2 };

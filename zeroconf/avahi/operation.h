@@ -35,7 +35,8 @@ public:
     // was something: then the start has time until nothing else waits.
     virtual bool answer_early(KnownAddresses &) { return false; }
 
-    // Whether this is the last that a service waits for: then it goes ahead of what others begin with.
+    // Whether it goes ahead of what waits: the last step of a service that is found already, before the first
+    // one of others.
     virtual bool goes_first() const { return false; }
 
     const std::shared_ptr<Mailbox> mailbox;

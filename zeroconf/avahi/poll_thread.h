@@ -28,7 +28,7 @@ struct AvahiSimplePoll;
 class PollThread
 {
 public:
-    // Null if the thread cannot be started.
+    // Null if the thread could not be started at the first call.
     static PollThread *instance();
 
     // Starts an operation; its failure arrives in its mailbox. Returns at once; any thread.

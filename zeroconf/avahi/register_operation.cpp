@@ -40,7 +40,9 @@ bool RegisterOperation::start(const Daemon &daemon)
         static_cast<RegisterOperation *>(self)->state_changed(avahi_entry_group_get_client(group), state);
     };
     group = avahi_entry_group_new(daemon.client, on_state, this);
-    return group && announce();
+    if (group)
+        announce();
+    return group;
 }
 
 void RegisterOperation::state_changed(AvahiClient *client, AvahiEntryGroupState state)
@@ -51,19 +53,21 @@ void RegisterOperation::state_changed(AvahiClient *client, AvahiEntryGroupState 
         fail(client);
     } else if (state == AVAHI_ENTRY_GROUP_COLLISION) {
         take_other_name();
-        if (!announce())
-            fail(client);
+        announce();
     }
 }
 
-bool RegisterOperation::announce()
+void RegisterOperation::announce()
 {
     int error = add_service();
     while (error == AVAHI_ERR_COLLISION) {
         take_other_name();
         error = add_service();
     }
-    return error == AVAHI_OK && avahi_entry_group_commit(group) == AVAHI_OK;
+    if (error == AVAHI_OK)
+        error = avahi_entry_group_commit(group);
+    if (error != AVAHI_OK)
+        mailbox->fail(dns_sd_error(error));
 }
 
 int RegisterOperation::add_service()

@@ -20,7 +20,7 @@ public:
 
 private:
     void state_changed(AvahiClient *client, AvahiEntryGroupState state);
-    bool announce();
+    void announce(); // a failure arrives in the mailbox
     int add_service();
     void take_other_name();
     void report();

@@ -42,8 +42,8 @@ class Daemon_Test(fault_road.Fault_Test):
             self.avahi.start()
             speakers.output.await_line('announced "Werkstatt"', start)
             self.works(program)
-            self.assertEqual(program.rows(), [])  # nothing browses anew
             program.move_mark(more_descriptors=DAEMON_DESCRIPTORS)
+            self.assertEqual(program.rows(), [])  # nothing browses anew
 
     def test_a_daemon_that_is_stopped_in_order_takes_the_rows_with_it(self):
         with self.speakers(), self.watched() as program:
@@ -56,7 +56,7 @@ class Daemon_Test(fault_road.Fault_Test):
 
     def test_a_bus_that_dies_takes_the_rows_with_it_also_when_it_comes_back(self):
         bus = road.Bus()
-        with self.speakers(), self.watched() as program:
+        with self.speakers() as speakers, self.watched() as program:
             self.found(program)
             program.mark()
             bus.kill()
@@ -65,11 +65,13 @@ class Daemon_Test(fault_road.Fault_Test):
                 program.await_mark(more_descriptors=DAEMON_DESCRIPTORS + QT_BUS_DESCRIPTORS)
                 self.works(program)
             finally:
+                start = speakers.output.count()
                 bus.start()
                 self.avahi.renew()
+            speakers.output.await_line('announced "Werkstatt"', start)
             self.works(program)
-            self.assertEqual(program.rows(), [])
             program.move_mark(more_descriptors=DAEMON_DESCRIPTORS + QT_BUS_DESCRIPTORS)
+            self.assertEqual(program.rows(), [])
 
     def test_a_daemon_that_hangs_for_half_a_minute(self):
         with self.speakers() as speakers, self.watched() as program:

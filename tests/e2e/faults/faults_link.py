@@ -12,6 +12,9 @@ from road import OVERVIEW
 HOW = ["fin", "rst"]
 WHEN = ["before", "within", "after"]
 WAYS = list(itertools.product(WHEN, HOW))
+# Within a command there is nothing of its own to see: bytes that a speaker leaves unread make its system reset the link, and
+# it has carried nothing out, as when it goes before the command.
+COMMAND_WAYS = list(itertools.product(["before", "after"], HOW))
 VOLUME = 20
 
 
@@ -55,11 +58,11 @@ class Idle_Test(Link_Test):
 
     def test_a_command_at_which_the_link_goes_is_the_only_one_that_may_be_lost(self):
         speakers = [speaker(number, f"{when} {how}", values={"vo": str(VOLUME)}, faults={"host-cut-how": how})
-                    for number, (when, how) in enumerate(WAYS)]
+                    for number, (when, how) in enumerate(COMMAND_WAYS)]
         with self.speakers({"speakers": speakers}) as house, self.watched() as program:
             program.await_rows([each["name"] for each in speakers])
             program.mark()
-            for number, (when, how) in enumerate(WAYS):
+            for number, (when, how) in enumerate(COMMAND_WAYS):
                 name = f"{when} {how}"
                 with self.subTest(name):
                     slider = self.opened(program, name)
@@ -131,11 +134,11 @@ class Busy_Test(Link_Test):
 
     def test_links_that_go_at_a_command(self):
         speakers = [speaker(number, f"{when} {how}", values={"vo": str(VOLUME)}, faults={"host-cut-how": how})
-                    for number, (when, how) in enumerate(WAYS)]
+                    for number, (when, how) in enumerate(COMMAND_WAYS)]
         with self.speakers({"speakers": speakers}) as house, self.watched() as program:
             program.await_rows([each["name"] for each in speakers])
             program.mark()
-            for number, (when, how) in enumerate(WAYS):
+            for number, (when, how) in enumerate(COMMAND_WAYS):
                 name = f"{when} {how}"
                 with self.subTest(name):
                     slider = self.opened(program, name)
@@ -176,9 +179,9 @@ class Other_Test(Link_Test):
             house.do("fault", name, "host-refused", "off")
             program.key(slider, "Right")
             program.click_button("Beep!")
+            program.move_mark(more_descriptors=DEAD_LINK_DESCRIPTORS)
             self.assertEqual(road.Speaker("127.0.2.1").value("vo"), str(VOLUME))
             self.assertEqual([line for line in house.received(name, start) if line.startswith("RZ!")], [])
-            program.move_mark(more_descriptors=DEAD_LINK_DESCRIPTORS)
 
 
 road.main()

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void init() { heard.clear(); }
     void cleanup();
 
+    void a_txt_record_that_is_none_is_an_error_reply_on_a_fresh_connection_too();
     void a_browse_that_fails_later_says_so_once_and_no_more();
     void a_resolve_that_fails_later_says_so_once_and_no_more();
     void an_answer_of_a_type_that_is_none_has_no_full_name();
@@ -209,6 +210,18 @@ void tst_dns_sd_trouble_road::fails_once_and_no_more(DNSServiceRef ref, const ch
     DNSServiceRef fence = announce("Fence", "_trouble-fence._tcp");
     QCOMPARE(next_reply(fence).code, 0);
     QVERIFY(!is_readable(DNSServiceRefSockFD(ref), 0));
+}
+
+void tst_dns_sd_trouble_road::a_txt_record_that_is_none_is_an_error_reply_on_a_fresh_connection_too()
+{
+    constexpr char too_short[] = "\x40too short";
+    DNSServiceRef ref = nullptr;
+    QCOMPARE(DNSServiceRegister(&ref, 0, 0, "Broken", "_trouble-broken._tcp", nullptr, nullptr,
+                                qToBigEndian(uint16_t(80)), sizeof too_short - 1, too_short, on_register,
+                                nullptr),
+             DNSServiceErrorType(kDNSServiceErr_NoError));
+    open << ref;
+    QCOMPARE(next_reply(ref).code, DNSServiceErrorType(kDNSServiceErr_BadParam));
 }
 
 void tst_dns_sd_trouble_road::a_browse_that_fails_later_says_so_once_and_no_more()

@@ -7,6 +7,7 @@
 namespace
 {
 constexpr int magic_size = 5; // "RZ#00"
+const QByteArray command_begin = QByteArrayLiteral("RZ!");
 const QByteArray command_answer = QByteArrayLiteral("RZ#00\r");
 } // namespace
 
@@ -19,6 +20,7 @@ Host_Channel::Host_Channel(Speaker_Config &config, Speaker_Faults &faults, Chann
     , faults(faults)
 {
     connect(&port, &Tcp_Port::opened, this, &Host_Channel::link_opened);
+    connect(&port, &Tcp_Port::begin_came, this, &Host_Channel::take_begin);
     connect(&port, &Tcp_Port::line_came, this, &Host_Channel::take);
     connect(&port, &Tcp_Port::closed, this, &Host_Channel::link_closed);
 }
@@ -26,7 +28,13 @@ Host_Channel::Host_Channel(Speaker_Config &config, Speaker_Faults &faults, Chann
 void Host_Channel::apply_faults()
 {
     for (Tcp_Link *link : port.links())
-        link->set_deaf(faults.host_deaf);
+        set_reading(link);
+}
+
+void Host_Channel::set_reading(Tcp_Link *link) const
+{
+    link->set_read_size(cut_due(Cut::within) ? command_begin.size() : 0);
+    link->set_deaf(faults.host_deaf);
 }
 
 void Host_Channel::send_all(const QByteArray &raw)
@@ -40,8 +48,8 @@ void Host_Channel::link_opened(Tcp_Link *link)
     emit event(QString("-- host link %1 open").arg(link->id()));
     if (cut_due(Cut::on_connect))
         cut(link);
-    else if (faults.host_deaf)
-        link->set_deaf(true);
+    else
+        set_reading(link);
 }
 
 void Host_Channel::link_closed(Tcp_Link *link)
@@ -51,12 +59,19 @@ void Host_Channel::link_closed(Tcp_Link *link)
         emit event("-- flash still open: " + processor.image.summary());
 }
 
+void Host_Channel::take_begin(Tcp_Link *link, const QByteArray &begin)
+{
+    if (!cut_due(Cut::within) || !begin.startsWith(command_begin))
+        return;
+    emit event("<- " + readable(begin));
+    cut(link);
+}
+
 void Host_Channel::take(Tcp_Link *link, const QByteArray &line)
 {
     emit event("<- " + readable(line));
     const Host_Processor::Line kind = processor.kind_of(line);
-    const bool answered = kind == Host_Processor::Line::query || kind == Host_Processor::Line::flash_line;
-    if (cut_due(Cut::before) || (!answered && cut_due(Cut::within))) {
+    if (cut_due(Cut::before)) {
         cut(link);
         return;
     }

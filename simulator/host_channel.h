@@ -20,7 +20,7 @@ class Host_Channel : public QObject
 public:
     Host_Channel(Speaker_Config &config, Speaker_Faults &faults, Channel_Record &record, QObject *parent);
 
-    void apply_faults(); // after a change of the faults: deafness of the open links
+    void apply_faults(); // after a change of the faults: how the open links read
     void send_all(const QByteArray &raw);
 
     Tcp_Port port;
@@ -34,6 +34,8 @@ private:
     void link_opened(Tcp_Link *link);
     void link_closed(Tcp_Link *link);
     QByteArray carry_out(const QByteArray &line); // as Host_Processor::take, and tells what came of it
+    void set_reading(Tcp_Link *link) const;
+    void take_begin(Tcp_Link *link, const QByteArray &begin);
     void take(Tcp_Link *link, const QByteArray &line);
     void answer(Tcp_Link *link, QByteArray frame, bool shaped, int delay_ms);
     QByteArray shape(QByteArray frame) const;

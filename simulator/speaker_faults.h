@@ -5,7 +5,8 @@
 #include <QStringList>
 
 // When a host link is cut. A query's frame is its answer; a command has no answer, so its frame is the
-// command itself: "before" and "within" lose it, "after" carries it out.
+// command itself: "before" and "within" lose it, "after" carries it out. Cut within a command the speaker has
+// read the first bytes of it; the others make its system reset the link, however it is cut.
 enum class Cut { never, on_connect, before, within, after };
 
 // How a link is cut: in order, or by a reset.

@@ -95,9 +95,15 @@ void Tcp_Link::send_due()
 void Tcp_Link::set_deaf(bool now_deaf)
 {
     deaf = now_deaf;
-    socket->setReadBufferSize(deaf ? 1 : 0);
+    socket->setReadBufferSize(deaf ? 1 : read_size);
     if (!deaf)
         read();
+}
+
+void Tcp_Link::set_read_size(int bytes)
+{
+    read_size = bytes;
+    set_deaf(deaf);
 }
 
 void Tcp_Link::read()
@@ -123,4 +129,6 @@ void Tcp_Link::take_lines()
     }
     if (unfinished.size() > longest_line)
         cut_now(Cut_How::rst);
+    else if (!cutting && !unfinished.isEmpty())
+        emit begin_came(this, unfinished);
 }

@@ -27,10 +27,12 @@ public:
     void send_bytewise(const QByteArray &bytes, int delay_ms, int gap_ms);
     void cut_behind_output(Cut_How how); // cuts when all that was sent before has left; takes no more lines
     void cut_now(Cut_How how);
-    void set_deaf(bool deaf); // stops reading; what has come by then and later waits in the system
+    void set_deaf(bool deaf);      // stops reading; what has come by then and later waits in the system
+    void set_read_size(int bytes); // so many at a time, while the others wait in the system; 0: all
 
 signals:
     void line_came(Tcp_Link *link, const QByteArray &line);
+    void begin_came(Tcp_Link *link, const QByteArray &begin); // of a line whose end has not been read yet
     void closed(Tcp_Link *link);
 
 private:
@@ -52,6 +54,7 @@ private:
     QTimer timer;
     bool cutting = false;
     bool deaf = false;
+    int read_size = 0;
 };
 
 // Ends a connection at once: in order, or by a reset that the other side sees as an error.

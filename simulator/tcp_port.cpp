@@ -22,6 +22,7 @@ void Tcp_Port::take(QTcpSocket *socket, int id)
     auto *link = new Tcp_Link(socket, id, record, this);
     open_links.append(link);
     connect(link, &Tcp_Link::line_came, this, &Tcp_Port::line_came);
+    connect(link, &Tcp_Link::begin_came, this, &Tcp_Port::begin_came);
     connect(link, &Tcp_Link::closed, this, &Tcp_Port::forget);
     emit opened(link);
 }

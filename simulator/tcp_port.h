@@ -25,6 +25,7 @@ signals:
     void opened(Tcp_Link *link);
     void closed(Tcp_Link *link); // before the link is deleted
     void line_came(Tcp_Link *link, const QByteArray &line);
+    void begin_came(Tcp_Link *link, const QByteArray &begin); // of a line whose end has not been read yet
 
 private:
     void take(QTcpSocket *socket, int id) override;

@@ -40,6 +40,7 @@ private slots:
     void a_command_may_be_cut();
     void cuts_are_counted_down();
     void a_cut_may_be_a_reset();
+    void a_cut_within_a_command_is_a_reset();
     void links_can_be_cut_at_once_data();
     void links_can_be_cut_at_once();
     void unasked_bytes_go_to_every_link();
@@ -255,23 +256,26 @@ void tst_Host_Faults::a_command_may_be_cut_data()
 {
     QTest::addColumn<QString>("when");
     QTest::addColumn<QString>("volume");
+    QTest::addColumn<QByteArray>("read");
     QTest::newRow("before") << "before"
-                            << "37";
+                            << "37" << QByteArray("RZ!vo041\n");
     QTest::newRow("within") << "within"
-                            << "37";
+                            << "37" << QByteArray("RZ!");
     QTest::newRow("after") << "after"
-                           << "41";
+                           << "41" << QByteArray("RZ!vo041\n");
 }
 
 void tst_Host_Faults::a_command_may_be_cut()
 {
     QFETCH(QString, when);
+    QFETCH(QByteArray, read);
     give("host-cut", when);
     client->send("RZ!vo041\nRZ!vo050\n");
     QVERIFY(client->wait_closed());
     QVERIFY(speaker->wait_for_host_open(0));
     QTEST(speaker->value("vo"), "volume"); // and the second command is lost with the link
-    QCOMPARE(speaker->host_lines(), QList<QByteArray>{"RZ!vo041\n"});
+    QVERIFY(speaker->host_bytes().startsWith(read));
+    QCOMPARE(speaker->host_lines(), read.endsWith('\n') ? QList<QByteArray>{read} : QList<QByteArray>());
 }
 
 void tst_Host_Faults::cuts_are_counted_down()
@@ -294,6 +298,13 @@ void tst_Host_Faults::a_cut_may_be_a_reset()
     QCOMPARE(error_at_end(speaker->address(), host_port, "RZ?vo\n"), 0);
     give("host-cut-how", "rst");
     QCOMPARE(error_at_end(speaker->address(), host_port, "RZ?vo\n"), ECONNRESET);
+}
+
+// What the speaker leaves unread makes its system say so.
+void tst_Host_Faults::a_cut_within_a_command_is_a_reset()
+{
+    give("host-cut", "within");
+    QCOMPARE(error_at_end(speaker->address(), host_port, "RZ!vo041\n"), ECONNRESET);
 }
 
 void tst_Host_Faults::links_can_be_cut_at_once_data()

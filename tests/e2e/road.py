@@ -318,6 +318,10 @@ class Program:
     # its own. They come and go by the machine, so they are left out of what must come back.
     _pooled = "Thread (pooled)"
 
+    def has_address_sanitizer(self):
+        maps = pathlib.Path(f"/proc/{self.process.pid}/maps")
+        return "libasan" in maps.read_text(encoding="utf-8")
+
     def threads(self):
         return self._names("task", lambda entry: (entry / "comm").read_text().strip())
 

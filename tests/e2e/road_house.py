@@ -53,12 +53,14 @@ class House_Test(road.Road_Test):
             self.assertEqual(len(program.tabs()), 2)
             program.click_tab(road.OVERVIEW)
             program.mark()
+            sanitized = program.has_address_sanitizer()
             begin = time.monotonic()
             program.press_quit()
             program.await_end()
             taken = time.monotonic() - begin
             print(f"the end took {taken:.2f} s", flush=True)
-            self.assertLess(taken, END)
+            if not sanitized:  # or a search for leaks goes with the end
+                self.assertLess(taken, END)
 
     def test_who_leaves_and_comes_back_loses_nobody_else(self):
         with self.speakers(house()) as speakers, self.program() as program:

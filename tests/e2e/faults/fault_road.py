@@ -58,7 +58,7 @@ class Fault_Test(road.Road_Test):
     def took_less(self, program, most, why):
         """The program never had more than that, in MB. Of one with the address sanitizer that says nothing: it holds on to
         what was freed, so as to see whether that is used again."""
-        if "libasan" not in pathlib.Path(f"/proc/{program.process.pid}/maps").read_text(encoding="utf-8"):
+        if not program.has_address_sanitizer():
             self.assertLess(memory(program, "VmHWM"), most, why)
 
     def answers(self, program):

@@ -32,6 +32,8 @@ private Q_SLOTS:
     void a_txt_record_that_is_none_is_an_error_reply_on_a_fresh_connection_too();
     void a_browse_that_fails_later_says_so_once_and_no_more();
     void a_resolve_that_fails_later_says_so_once_and_no_more();
+    void a_resolve_goes_on_where_an_address_is_refused();
+    void the_same_answer_twice_is_one_answer();
     void an_answer_of_a_type_that_is_none_has_no_full_name();
     void an_address_that_came_with_a_resolve_answers_the_query_behind_it();
     void an_address_that_came_with_a_resolve_goes_with_it();
@@ -188,7 +190,8 @@ tst_dns_sd_trouble_road::Reply tst_dns_sd_trouble_road::next_reply(DNSServiceRef
 void tst_dns_sd_trouble_road::say(const char *kind, const char *signal, const QVariantList &arguments)
 {
     constexpr int highest_number = 100;
-    for (int number = 1; number <= highest_number; ++number) {
+    // The highest first: what comes into being at this is not meant.
+    for (int number = highest_number; number > 0; --number) {
         QDBusMessage message = QDBusMessage::createTargetedSignal(
             library, its_objects + kind + QString::number(number), daemon_name + '.' + kind, signal);
         message.setArguments(arguments);
@@ -243,6 +246,40 @@ void tst_dns_sd_trouble_road::a_resolve_that_fails_later_says_so_once_and_no_mor
     open << ref;
     QCOMPARE(next_reply(ref).name, QByteArray("Here._trouble-resolve._tcp.local."));
     fails_once_and_no_more(ref, "ServiceResolver");
+}
+
+void tst_dns_sd_trouble_road::a_resolve_goes_on_where_an_address_is_refused()
+{
+    const int lo = static_cast<int>(if_nametoindex("lo"));
+    DNSServiceRef ref = nullptr;
+    DNSServiceResolve(&ref, 0, uint32_t(lo), "Nobody", "_trouble-refused._tcp.", "local.", on_resolve,
+                      nullptr);
+    open << ref;
+    await_fence("_trouble-asked._tcp");
+    say("ServiceResolver", "Failure", {too_many});
+    await_fence("_trouble-refused._tcp");
+    QVERIFY(!is_readable(DNSServiceRefSockFD(ref), 0));
+    say("ServiceResolver", "Found",
+        {lo, 0, "Nobody", "_trouble-refused._tcp", "local", "lab.local", -1, "",
+         QVariant::fromValue<ushort>(80), QVariant::fromValue(QList<QByteArray>()), 0U});
+    QCOMPARE(next_reply(ref).name, QByteArray("Nobody._trouble-refused._tcp.local."));
+}
+
+void tst_dns_sd_trouble_road::the_same_answer_twice_is_one_answer()
+{
+    const int lo = static_cast<int>(if_nametoindex("lo"));
+    QCOMPARE(next_reply(announce("Here", "_trouble-twice._tcp")).code, 0);
+    DNSServiceRef ref = nullptr;
+    DNSServiceResolve(&ref, 0, uint32_t(lo), "Here", "_trouble-twice._tcp.", "local.", on_resolve, nullptr);
+    open << ref;
+    QCOMPARE(next_reply(ref).code, 0);
+    for (const int protocol : {0, 1, 0}) // IPv4, IPv6
+        say("ServiceResolver", "Found",
+            {lo, protocol, "Other", "_trouble-twice._tcp", "local", "lab.local", 0, "127.0.0.1",
+             QVariant::fromValue<ushort>(80), QVariant::fromValue(QList<QByteArray>()), 0U});
+    QCOMPARE(next_reply(ref).name, QByteArray("Other._trouble-twice._tcp.local."));
+    await_fence("_trouble-thrice._tcp");
+    QVERIFY(!is_readable(DNSServiceRefSockFD(ref), 0));
 }
 
 void tst_dns_sd_trouble_road::an_answer_of_a_type_that_is_none_has_no_full_name()

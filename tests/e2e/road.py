@@ -170,9 +170,9 @@ class Program:
 
     def widgets(self, kind=None, visible=True, **wanted):
         """All widgets of that class (or derived from it) whose fields are as wanted; hidden ones only if asked for."""
-        return [w for w in self.probe.ask("widgets")["widgets"]
-                if (kind is None or kind in w["is"]) and (w["visible"] or not visible)
-                and all(w.get(field) == value for field, value in wanted.items())]
+        # The program chooses by class and sight: closed dialogs stay, and to tell of them all takes it ever longer.
+        return [w for w in self.probe.ask("widgets", kind=kind or "QWidget", hidden=not visible)["widgets"]
+                if all(w.get(field) == value for field, value in wanted.items())]
 
     def one(self, kind=None, **wanted):
         found = self.widgets(kind, **wanted)

@@ -168,11 +168,13 @@ QWidget *Probe_Reader::widget(int number) const
     return by_number.value(number);
 }
 
-QJsonArray Probe_Reader::widgets()
+QJsonArray Probe_Reader::widgets(const QString &kind, bool hidden_too)
 {
     QJsonArray result;
     const QWidgetList all = QApplication::allWidgets();
     for (QWidget *widget : all) {
+        if (!widget->inherits(kind.toLatin1().constData()) || !(widget->isVisible() || hidden_too))
+            continue;
         QJsonObject object{
             {"widget", number(widget)},
             {"parent", number(widget->parentWidget())},

@@ -16,8 +16,8 @@
 class Probe_Reader
 {
 public:
-    QJsonArray widgets();
-    QWidget *widget(int number) const; // null if it is gone or never was
+    QJsonArray widgets(const QString &kind, bool hidden_too); // of that class or derived from it
+    QWidget *widget(int number) const;                        // null if it is gone or never was
 
 private:
     int number(QWidget *widget);

@@ -92,7 +92,9 @@ QJsonObject Probe_Server::answer(const QJsonObject &request)
 {
     const QString what = request.value("do").toString();
     if (what == "widgets")
-        return {{"ok", true}, {"widgets", reader.widgets()}};
+        return {{"ok", true},
+                {"widgets", reader.widgets(request.value("kind").toString("QWidget"),
+                                           request.value("hidden").toBool(true))}};
     if (what == "watch") {
         lateness.start();
         return {{"ok", true}};
